@@ -1,0 +1,38 @@
+#pragma once
+
+#include "link/Clock.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <span>
+
+namespace kvx::link {
+
+// The physical layer under the K-line engine: a real serial port or the virtual vehicle.
+// Failures of the port itself throw LinkError.
+class Wire {
+public:
+    virtual ~Wire() = default;
+
+    virtual void open() = 0;
+    virtual void close() = 0;
+    virtual bool isOpen() const = 0;
+
+    // Sets the line rate exactly; refuses (throws) a rate the port cannot hold within 3 %.
+    virtual void setBaud(int baud) = 0;
+    // Holds the line low (on) or releases it (off); used for the 5-baud address and fast init.
+    virtual void setBreak(bool on) = 0;
+
+    virtual void write(std::span<const std::uint8_t> bytes) = 0;
+    // Waits until at least one byte has arrived or the deadline (Clock time) has passed;
+    // returns the number of bytes placed in buf (0 at the deadline).
+    virtual std::size_t read(std::span<std::uint8_t> buf, Micros deadline) = 0;
+    virtual void flushInput() = 0;
+};
+
+// Makes the wire for a settings port number (the caller decides what each number means).
+using WireFactory = std::function<std::unique_ptr<Wire>(int port)>;
+
+} // namespace kvx::link

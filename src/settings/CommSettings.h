@@ -1,0 +1,23 @@
+#pragma once
+
+#include <string>
+
+namespace kvx {
+
+// The communication settings; field names follow the settings-store keys.
+struct CommSettings {
+    int BaudRate = 10400;
+    int PortNumber = 1; // key "Port"; 0 is the virtual vehicle
+    int KeepAlive = 500;
+    int P3Delay = 300;
+    int P4Delay = 25;
+    int InterByteDelay = 10;
+    int ProtocolNumber = 4; // key "TypeProtocol"
+    bool TryAllProtocols = true; // not stored; follows ProtocolNumber 4
+    std::string Kwp2000InitDelay = "22";
+};
+
+// The settings' port number that names the virtual vehicle rather than a serial device.
+constexpr int kVirtualVehiclePort = 0;
+
+} // namespace kvx
