@@ -49,8 +49,13 @@ function(kvx_test_folder dir)
   set(target test_${folder})
   add_executable(${target} ${sources})
   target_include_directories(${target} PRIVATE ${CMAKE_SOURCE_DIR}/tests ${CMAKE_SOURCE_DIR}/src)
-  target_link_libraries(${target} PRIVATE kvx_windows kvx_services kvx_sim kvx_link
-    Qt6::Test GTest::gtest GTest::gtest_main GTest::gmock)
+  # The wire, the decoders and the virtual vehicle are tested without Qt.
+  if(folder MATCHES "^(link|decode|sim)$")
+    target_link_libraries(${target} PRIVATE kvx_sim kvx_link GTest::gtest GTest::gtest_main GTest::gmock)
+  else()
+    target_link_libraries(${target} PRIVATE kvx_windows kvx_services kvx_sim kvx_link
+      Qt6::Test GTest::gtest GTest::gtest_main GTest::gmock)
+  endif()
   target_compile_definitions(${target} PRIVATE
     KVX_TEST_DATA_DIR="${CMAKE_SOURCE_DIR}/tests/data"
     KVX_RESOURCES_DIR="${CMAKE_SOURCE_DIR}/resources"
