@@ -1,0 +1,53 @@
+#pragma once
+
+#include <QFile>
+#include <memory>
+#include <optional>
+#include <stdexcept>
+#include <string>
+
+namespace kvx {
+struct Session;
+}
+
+namespace kvx::log {
+
+// A log file is a run of fixed 128-byte records; record n (from 1) starts at (n - 1) * 128 and
+// holds a 2-byte little-endian length and that many bytes of text.
+constexpr long kRecordSize = 128;
+constexpr long kMaxRecordText = 126;
+
+class LogError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+class LogFile {
+public:
+    enum class Mode { Create, Read };
+    // Create makes a new, empty file (an existing one is replaced); Read opens an existing one.
+    // Throws LogError with the system's reason when the file cannot be opened.
+    LogFile(const std::string& path, Mode mode);
+
+    const std::string& path() const { return path_; }
+    bool isOpen() const { return file_.isOpen(); }
+    void close() { file_.close(); }
+
+    // Throws LogError when the text does not fit a record or the write fails.
+    void writeRecord(long number, const std::string& text);
+    // The record's text; nullopt when the record lies past the end of the file. Throws LogError
+    // for a record whose length field cannot be right (over 126, or beyond the end of the file).
+    std::optional<std::string> readRecord(long number);
+    // Number of whole or partial records the file holds.
+    long recordCount() const;
+
+private:
+    std::string path_;
+    QFile file_;
+};
+
+// The recorder's entry point for every received frame: while logging, writes the frame as record
+// LogRecordNumber and moves on by one.
+void WriteLogFrame(Session& session, const std::string& frame);
+
+} // namespace kvx::log
