@@ -50,7 +50,7 @@ function(kvx_test_folder dir)
   add_executable(${target} ${sources})
   target_include_directories(${target} PRIVATE ${CMAKE_SOURCE_DIR}/tests ${CMAKE_SOURCE_DIR}/src)
   # The wire, the decoders and the virtual vehicle are tested without Qt.
-  if(folder MATCHES "^(link|decode|sim)$")
+  if(folder MATCHES "^(link|decode|sim|vehicle)$")
     target_link_libraries(${target} PRIVATE kvx_sim kvx_link GTest::gtest GTest::gtest_main GTest::gmock)
   else()
     target_link_libraries(${target} PRIVATE kvx_windows kvx_services kvx_sim kvx_link
