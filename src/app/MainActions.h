@@ -1,0 +1,50 @@
+#pragma once
+
+#include "settings/CommSettings.h"
+
+#include <array>
+#include <functional>
+
+namespace kvx::app {
+
+// What the main window asks of the session: each control calls one of these and renders the
+// models afterwards. An empty function means the service is not available in this build, and
+// its control stays disabled.
+struct MainActions {
+    std::function<bool()> IsPortOpen;
+    std::function<bool()> LinkDown;
+    std::function<bool()> Replaying;
+
+    // The tab strip for the seven tab flags (live data ... live data combo).
+    std::function<void(const std::array<bool, 7>&)> BuildTabs;
+    // Runs the connection routine of a module of the selection window; true when connected.
+    std::function<bool(int module)> ConnectModule;
+    std::function<void()> Disconnect;
+    // Before the selection window opens: keep-alive timers off, silence count zeroed.
+    std::function<void()> PrepareConnect;
+
+    std::function<void()> Go;
+    std::function<void()> RequestMode1;
+    std::function<void()> Stop;
+    std::function<void(int row, int col)> GridMode1Click;
+    std::function<void()> KeepAliveTick;
+    std::function<void()> KeepAliveEnhanceTick;
+
+    // Services still to come; their buttons stay disabled while these are empty.
+    std::function<void(int index)> ModeOnce;
+    std::function<void()> RequestLiveCombo;
+    std::function<void()> StopLiveCombo;
+    std::function<void()> RequestMode2;
+    std::function<void()> Mode3;
+    std::function<void()> Mode4;
+    std::function<void()> Mode7;
+    std::function<void()> RequestMode5;
+    std::function<void()> RequestMode6;
+    std::function<void()> ShowLogController;
+
+    // The P3 slider moved; and the window is allowed to close (save what must survive).
+    std::function<void(int ms)> SetP3Delay;
+    std::function<void()> Closing;
+};
+
+} // namespace kvx::app

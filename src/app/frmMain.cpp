@@ -1,0 +1,384 @@
+#include "app/frmMain.h"
+
+#include "ui/Bindings.h"
+#include "ui/GridTableModel.h"
+
+#include <QAction>
+#include <QCheckBox>
+#include <QCloseEvent>
+#include <QComboBox>
+#include <QHeaderView>
+#include <QLabel>
+#include <QPushButton>
+#include <QSettings>
+#include <QSlider>
+#include <QStatusBar>
+#include <QTabBar>
+#include <QTableView>
+#include <QTextEdit>
+#include <QTimer>
+#include <QToolBar>
+
+namespace kvx::app {
+
+namespace {
+
+constexpr int kWidth = 800;
+constexpr int kHeight = 600;
+const QRect kFrameRect(8, 76, 784, 432);
+
+void tag(QWidget* w, const char* text) { w->setProperty("Tag", QString::fromLatin1(text)); }
+
+QTableView* makeGrid(QWidget* parent, const char* name, GridModel& model, QRect geometry)
+{
+    auto* view = new QTableView(parent);
+    view->setObjectName(QString::fromLatin1(name));
+    view->setModel(new ui::GridTableModel(model, view));
+    view->setItemDelegate(new ui::MarkerDelegate(view));
+    view->horizontalHeader()->hide();
+    view->verticalHeader()->hide();
+    view->verticalHeader()->setDefaultSectionSize(22);
+    view->horizontalHeader()->setStretchLastSection(true);
+    view->setSelectionMode(QAbstractItemView::NoSelection);
+    view->setGeometry(geometry);
+    return view;
+}
+
+QTextEdit* makeRichText(QWidget* parent, const char* name, RichTextModel& model, QRect geometry)
+{
+    auto* edit = new QTextEdit(parent);
+    edit->setObjectName(QString::fromLatin1(name));
+    edit->setGeometry(geometry);
+    ui::bindRichText(model, edit);
+    return edit;
+}
+
+QComboBox* makeCombo(QWidget* parent, const QString& name, ListModel& model, QRect geometry)
+{
+    auto* combo = new QComboBox(parent);
+    combo->setObjectName(name);
+    combo->setGeometry(geometry);
+    ui::bindCombo(model, combo);
+    return combo;
+}
+
+QLabel* makeLabel(QWidget* parent, const QString& name, const QString& text, QRect geometry)
+{
+    auto* label = new QLabel(text, parent);
+    label->setObjectName(name);
+    label->setGeometry(geometry);
+    return label;
+}
+
+} // namespace
+
+frmMain::frmMain(MainScreen& screen, CommSettings& settings, QSettings& store, MainActions actions, QWidget* parent)
+    : QWidget(parent), screen_(screen), settings_(settings), store_(store), actions_(std::move(actions))
+{
+    setObjectName(QStringLiteral("frmMain"));
+    setWindowTitle(QStringLiteral("Korvenatronix OBD-II"));
+    resize(kWidth, kHeight);
+
+    toolbar_ = new QToolBar(this);
+    toolbar_->setObjectName(QStringLiteral("Toolbar1"));
+    toolbar_->setToolButtonStyle(Qt::ToolButtonTextOnly);
+    toolbar_->setGeometry(0, 0, kWidth, 40);
+    for (const char* key : {"Connect", "Disconnect", "Log Controller", "Setting", "About", "Exit"}) {
+        QAction* action = toolbar_->addAction(QString::fromLatin1(key));
+        action->setObjectName(QString::fromLatin1(key));
+        action->setData(QString::fromLatin1(key));
+    }
+    toolbar_->actions().at(2)->setEnabled(bool(actions_.ShowLogController));
+    connect(toolbar_, &QToolBar::actionTriggered, this,
+            [this](QAction* action) { toolbarClick(action->data().toString()); });
+
+    tabs_ = new QTabBar(this);
+    tabs_->setObjectName(QStringLiteral("TabStrip1"));
+    tabs_->setGeometry(8, 48, 784, 28);
+    tabs_->setExpanding(false);
+    tag(tabs_, "ZQXRESIZEYYYXY");
+    connect(&screen_.TabStrip1, &TabStripModel::changed, this, &frmMain::showTabs);
+    connect(&screen_.TabStrip1, &TabStripModel::selectionChanged, this, &frmMain::showSelectedPanel);
+    connect(tabs_, &QTabBar::currentChanged, this, [this](int index) { screen_.TabStrip1.select(index); });
+
+    buildFrames();
+    buildBottomRow();
+
+    status_ = new QStatusBar(this);
+    status_->setObjectName(QStringLiteral("StatusBar1"));
+    status_->setSizeGripEnabled(false);
+    status_->setGeometry(0, kHeight - 28, kWidth, 28);
+    tag(status_, "ZQXRESIZEYYYXY");
+    ui::bindStatusBar(screen_.StatusBar1, status_);
+
+    tmrKeepAlive_ = new QTimer(this);
+    tmrKeepAlive_->setObjectName(QStringLiteral("tmrKeepAlive"));
+    tmrKeepAliveEnhance_ = new QTimer(this);
+    tmrKeepAliveEnhance_->setObjectName(QStringLiteral("tmrKeepAliveEnhance"));
+    tmrTracker_ = new QTimer(this);
+    tmrTracker_->setObjectName(QStringLiteral("tmrTracker"));
+    ui::bindTimer(screen_.tmrKeepAlive, tmrKeepAlive_);
+    ui::bindTimer(screen_.tmrKeepAliveEnhance, tmrKeepAliveEnhance_);
+    ui::bindTimer(screen_.tmrTracker, tmrTracker_);
+    connect(tmrKeepAlive_, &QTimer::timeout, this, [this] {
+        if (actions_.KeepAliveTick)
+            actions_.KeepAliveTick();
+    });
+    connect(tmrKeepAliveEnhance_, &QTimer::timeout, this, [this] {
+        if (actions_.KeepAliveEnhanceTick)
+            actions_.KeepAliveEnhanceTick();
+    });
+    connect(tmrTracker_, &QTimer::timeout, this, &frmMain::trackPort);
+    screen_.tmrTracker.setInterval(1000);
+    screen_.tmrTracker.setEnabled(true);
+
+    showTabs();
+    resizer_.KeepRatio = true;
+    resizer_.FontResize = true;
+    resizer_.InitializeResizer(this);
+    resizer_.FormResized(this);
+}
+
+QPushButton* frmMain::addButton(QWidget* parent, const QString& name, const QString& caption, QRect geometry,
+                                const std::function<void()>& action)
+{
+    auto* button = new QPushButton(caption, parent);
+    button->setObjectName(name);
+    button->setGeometry(geometry);
+    button->setEnabled(bool(action));
+    if (action)
+        connect(button, &QPushButton::clicked, this, action);
+    return button;
+}
+
+// A service action only runs while the port is open, as every mode button does.
+static std::function<void()> whenOpen(const MainActions& a, const std::function<void()>& f)
+{
+    if (!f)
+        return {};
+    return [isOpen = a.IsPortOpen, f] {
+        if (isOpen && isOpen())
+            f();
+    };
+}
+
+QWidget* frmMain::buildFrame(int number)
+{
+    auto* frame = new QFrame(this);
+    frame->setObjectName(QStringLiteral("Frame%1").arg(number));
+    frame->setFrameShape(QFrame::StyledPanel);
+    frame->setGeometry(kFrameRect);
+    frame->hide();
+    frames_[std::size_t(number - 1)] = frame;
+    return frame;
+}
+
+void frmMain::buildFrames()
+{
+    const MainActions& a = actions_;
+    const int w = kFrameRect.width();
+    const int h = kFrameRect.height();
+    const int gridH = h - 52;
+    const int rowY = h - 40;
+
+    QWidget* f1 = buildFrame(1);
+    QTableView* grid1 = makeGrid(f1, "GridMode1", screen_.GridMode1, QRect(8, 8, w - 16, gridH));
+    grid1->setColumnWidth(0, 34);
+    grid1->setColumnWidth(1, 50);
+    grid1->setColumnWidth(2, 400);
+    grid1->setColumnWidth(3, 130);
+    connect(grid1, &QTableView::clicked, this, [this](const QModelIndex& index) {
+        if (actions_.GridMode1Click)
+            actions_.GridMode1Click(index.row(), index.column());
+    });
+    addButton(f1, "cmdRequestMode1", tr("START"), QRect(8, rowY, 110, 30), whenOpen(a, a.RequestMode1));
+    addButton(f1, "cmdStop", tr("STOP"), QRect(126, rowY, 110, 30), a.Stop);
+    auto once = [this](int i) -> std::function<void()> {
+        if (!actions_.ModeOnce)
+            return {};
+        return whenOpen(actions_, [this, i] { actions_.ModeOnce(i); });
+    };
+    // The one-read buttons sit on the panels of the services they refresh.
+    addButton(f1, "cmdModeOnce", tr("READ ONCE"), QRect(244, rowY, 110, 30), once(0))->setProperty("Index", 0);
+
+    QWidget* f2 = buildFrame(2);
+    makeRichText(f2, "txtMode2", screen_.txtMode2, QRect(8, 8, w - 16, gridH));
+    makeCombo(f2, "cmbFrame", screen_.cmbFrame, QRect(8, rowY + 3, 120, 26));
+    addButton(f2, "cmdRequestMode2", tr("READ FREEZE FRAME"), QRect(136, rowY, 160, 30), whenOpen(a, a.RequestMode2));
+    addButton(f2, "cmdModeOnce", tr("READ ONCE"), QRect(304, rowY, 110, 30), once(1))->setProperty("Index", 1);
+
+    QWidget* f3 = buildFrame(3);
+    makeRichText(f3, "txtMode347", screen_.txtMode347, QRect(8, 8, w - 16, gridH));
+    addButton(f3, "cmdMode3", tr("READ CODES"), QRect(8, rowY, 130, 30), whenOpen(a, a.Mode3));
+    addButton(f3, "cmdMode7", tr("PENDING CODES"), QRect(146, rowY, 130, 30), whenOpen(a, a.Mode7));
+    addButton(f3, "cmdMode4", tr("CLEAR CODES"), QRect(284, rowY, 130, 30), whenOpen(a, a.Mode4));
+    addButton(f3, "cmdModeOnce", tr("READ ONCE"), QRect(422, rowY, 110, 30), once(2))->setProperty("Index", 2);
+
+    QWidget* f4 = buildFrame(4);
+    makeGrid(f4, "gridMode5", screen_.gridMode5, QRect(8, 8, w - 16, gridH));
+    makeCombo(f4, "cmbMode5", screen_.cmbMode5, QRect(8, rowY + 3, 120, 26));
+    addButton(f4, "cmdRequestMode5", tr("READ O2 TESTS"), QRect(136, rowY, 140, 30), whenOpen(a, a.RequestMode5));
+    addButton(f4, "cmdModeOnce", tr("READ ONCE"), QRect(284, rowY, 110, 30), once(3))->setProperty("Index", 3);
+
+    QWidget* f5 = buildFrame(5);
+    makeGrid(f5, "gridMode6", screen_.gridMode6, QRect(8, 8, w - 16, gridH));
+    addButton(f5, "cmdRequestMode6", tr("READ MONITOR TESTS"), QRect(8, rowY, 170, 30), whenOpen(a, a.RequestMode6));
+    addButton(f5, "cmdModeOnce", tr("READ ONCE"), QRect(186, rowY, 110, 30), once(4))->setProperty("Index", 4);
+
+    QWidget* f6 = buildFrame(6);
+    makeRichText(f6, "txtInfo", screen_.txtInfo, QRect(8, 8, w - 16, gridH));
+    makeLabel(f6, "lblYear", tr("Year:"), QRect(8, rowY + 6, 40, 20));
+    QComboBox* year = makeCombo(f6, "cmbYear", screen_.cmbYear, QRect(50, rowY + 3, 100, 26));
+    makeLabel(f6, "lblMake", tr("Make:"), QRect(162, rowY + 6, 40, 20));
+    makeCombo(f6, "cmbMake", screen_.cmbMake, QRect(204, rowY + 3, 120, 26));
+    // The make list follows the chosen year.
+    connect(year, &QComboBox::activated, this, [this](int) {
+        screen_.cmbMake.clear();
+        if (screen_.cmbYear.text() == "1997")
+            screen_.cmbMake.addItem("Acura");
+    });
+
+    QWidget* f7 = buildFrame(7);
+    for (int i = 0; i < 5; ++i) {
+        const int y = 12 + i * 64;
+        makeCombo(f7, QStringLiteral("cmbPid"), screen_.cmbPid[std::size_t(i)], QRect(8, y, 330, 26))
+            ->setProperty("Index", i);
+        QLabel* value = makeLabel(f7, QStringLiteral("lblPid"), {}, QRect(350, y - 4, 200, 34));
+        value->setProperty("Index", i);
+        value->setFrameShape(QFrame::StyledPanel);
+        QFont big = value->font();
+        big.setPointSize(big.pointSize() + 6);
+        big.setBold(true);
+        value->setFont(big);
+        ui::bindLabel(screen_.lblPid[std::size_t(i)], value);
+        QLabel* unit = makeLabel(f7, QStringLiteral("lblPida"), {}, QRect(560, y - 4, 200, 34));
+        unit->setProperty("Index", i);
+        unit->setFrameShape(QFrame::StyledPanel);
+        unit->setFont(big);
+        ui::bindLabel(screen_.lblPida[std::size_t(i)], unit);
+    }
+    addButton(f7, "cmdRequestLiveCombo", tr("START"), QRect(8, rowY, 110, 30), whenOpen(a, a.RequestLiveCombo));
+    addButton(f7, "cmdStopLiveCombo", tr("STOP"), QRect(126, rowY, 110, 30), a.StopLiveCombo);
+}
+
+void frmMain::buildBottomRow()
+{
+    const int y = kHeight - 72;
+    auto* module = new QComboBox(this);
+    module->setObjectName(QStringLiteral("cmbModule"));
+    module->setGeometry(8, y + 4, 90, 26);
+    module->setToolTip(tr("Units that answered"));
+    ui::bindCombo(screen_.cmbModule, module);
+    tag(module, "ZQXRESIZEXXXXX");
+
+    QPushButton* go = addButton(this, "cmdGo", tr("GO"), QRect(106, y + 2, 80, 30), whenOpen(actions_, actions_.Go));
+    go->setToolTip(tr("Ask the unit again which parameters it supports"));
+    tag(go, "ZQXRESIZEXXXXX");
+
+    QLabel* caption = makeLabel(this, "Label1", QStringLiteral("P3 DELAY (mS)"), QRect(210, y + 8, 100, 20));
+    tag(caption, "ZQXRESIZEYY0YY");
+    slider_ = new QSlider(Qt::Horizontal, this);
+    slider_->setObjectName(QStringLiteral("sldSpeedP3"));
+    slider_->setRange(0, 500);
+    slider_->setGeometry(312, y + 6, 260, 24);
+    QLabel* speed = makeLabel(this, "lblSpeed", {}, QRect(580, y + 8, 50, 20));
+    tag(speed, "ZQXRESIZEYY0YY");
+    ui::bindLabel(screen_.lblSpeed, speed);
+    slider_->setValue(settings_.P3Delay);
+    screen_.lblSpeed.setText(std::to_string(slider_->value()));
+    connect(slider_, &QSlider::valueChanged, this, [this](int value) {
+        if (actions_.SetP3Delay)
+            actions_.SetP3Delay(value);
+        screen_.lblSpeed.setText(std::to_string(value));
+        settings_.P3Delay = std::stoi(screen_.lblSpeed.text());
+    });
+
+    auto* log = new QCheckBox(tr("LOG DATA"), this);
+    log->setObjectName(QStringLiteral("chkLog"));
+    log->setGeometry(660, y + 6, 120, 24);
+    ui::bindControl(screen_.control("chkLog"), log);
+    connect(log, &QCheckBox::toggled, this, [this](bool on) { screen_.control("chkLog").setChecked(on); });
+}
+
+void frmMain::showTabs()
+{
+    const QSignalBlocker block(tabs_);
+    while (tabs_->count() > 0)
+        tabs_->removeTab(0);
+    for (const TabStripModel::Tab& tab : screen_.TabStrip1.tabs()) {
+        const int i = tabs_->addTab(QString::fromStdString(tab.caption));
+        tabs_->setTabToolTip(i, QString::fromStdString(tab.toolTip));
+    }
+    tabs_->setCurrentIndex(screen_.TabStrip1.selected());
+    showSelectedPanel();
+}
+
+void frmMain::showSelectedPanel()
+{
+    const auto& tabs = screen_.TabStrip1.tabs();
+    const int selected = screen_.TabStrip1.selected();
+    const QString panel = selected >= 0 && selected < int(tabs.size())
+                              ? QString::fromStdString(tabs[std::size_t(selected)].panel)
+                              : QString();
+    for (QWidget* frame : frames_)
+        frame->setVisible(frame->objectName() == panel);
+    if (tabs_->currentIndex() != selected) {
+        const QSignalBlocker block(tabs_);
+        tabs_->setCurrentIndex(selected);
+    }
+}
+
+void frmMain::trackPort()
+{
+    const bool open = actions_.IsPortOpen && actions_.IsPortOpen();
+    screen_.StatusBar1.setLamp(2, open ? Lamp::Green : Lamp::Black);
+}
+
+void frmMain::toolbarClick(const QString& key)
+{
+    if (key == QLatin1String("Connect")) {
+        if (actions_.IsPortOpen && actions_.IsPortOpen())
+            return;
+        if (actions_.PrepareConnect)
+            actions_.PrepareConnect();
+        emit connectRequested();
+    } else if (key == QLatin1String("Disconnect")) {
+        if (actions_.Disconnect)
+            actions_.Disconnect();
+    } else if (key == QLatin1String("Log Controller")) {
+        if (actions_.ShowLogController)
+            actions_.ShowLogController();
+    } else if (key == QLatin1String("Setting")) {
+        emit settingRequested();
+    } else if (key == QLatin1String("About")) {
+        emit aboutRequested();
+    } else if (key == QLatin1String("Exit")) {
+        close();
+    }
+}
+
+void frmMain::closeEvent(QCloseEvent* event)
+{
+    if (actions_.Replaying && actions_.Replaying()) {
+        screen_.StatusBar1.setText(1, "STOP PLAYING LOG");
+        event->ignore();
+        return;
+    }
+    if (actions_.LinkDown && !actions_.LinkDown()) {
+        screen_.StatusBar1.setText(1, "DISCONNECT TO EXIT");
+        event->ignore();
+        return;
+    }
+    if (actions_.Closing)
+        actions_.Closing();
+    store_.setValue(QStringLiteral("Settings/P3Delay"), QString::number(settings_.P3Delay));
+    event->accept();
+}
+
+void frmMain::resizeEvent(QResizeEvent* event)
+{
+    QWidget::resizeEvent(event);
+    resizer_.FormResized(this);
+}
+
+} // namespace kvx::app

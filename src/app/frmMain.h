@@ -1,0 +1,69 @@
+#pragma once
+
+#include "app/MainActions.h"
+#include "session/MainScreen.h"
+#include "ui/ControlResizer.h"
+
+#include <QWidget>
+#include <array>
+#include <functional>
+
+class QLabel;
+class QPushButton;
+class QSlider;
+class QStatusBar;
+class QTabBar;
+class QTimer;
+class QToolBar;
+class QSettings;
+
+namespace kvx::app {
+
+// The main window: toolbar, tab strip with one panel per service, status bar and mode buttons.
+// It renders the MainScreen models and hands every click to MainActions.
+class frmMain : public QWidget {
+    Q_OBJECT
+public:
+    frmMain(MainScreen& screen, CommSettings& settings, QSettings& store, MainActions actions,
+            QWidget* parent = nullptr);
+
+    ui::ControlResizer& resizer() { return resizer_; }
+    // Runs the toolbar button with this key, as a click on it does.
+    void toolbarClick(const QString& key);
+
+signals:
+    void connectRequested();
+    void settingRequested();
+    void aboutRequested();
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    QWidget* buildFrame(int number);
+    QPushButton* addButton(QWidget* parent, const QString& name, const QString& caption, QRect geometry,
+                           const std::function<void()>& action);
+    void buildFrames();
+    void buildBottomRow();
+    void showTabs();
+    void showSelectedPanel();
+    void trackPort();
+
+    MainScreen& screen_;
+    CommSettings& settings_;
+    QSettings& store_;
+    MainActions actions_;
+    ui::ControlResizer resizer_;
+
+    QToolBar* toolbar_ = nullptr;
+    QTabBar* tabs_ = nullptr;
+    QStatusBar* status_ = nullptr;
+    QSlider* slider_ = nullptr;
+    std::array<QWidget*, 7> frames_{};
+    QTimer* tmrKeepAlive_ = nullptr;
+    QTimer* tmrKeepAliveEnhance_ = nullptr;
+    QTimer* tmrTracker_ = nullptr;
+};
+
+} // namespace kvx::app

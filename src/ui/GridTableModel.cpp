@@ -1,0 +1,98 @@
+#include "ui/GridTableModel.h"
+
+#include <QApplication>
+#include <QBrush>
+#include <QColor>
+#include <QFont>
+#include <QPainter>
+#include <QStyle>
+
+namespace kvx::ui {
+
+namespace {
+
+const std::string kTicked = "\xC3\xBE"; // "þ" in UTF-8
+const std::string kEmpty = "q";
+constexpr int kMarkerRole = Qt::UserRole + 1;
+
+QColor toColor(Rgb rgb) { return QColor((rgb >> 16) & 0xFF, (rgb >> 8) & 0xFF, rgb & 0xFF); }
+
+} // namespace
+
+GridTableModel::GridTableModel(GridModel& grid, QObject* parent) : QAbstractTableModel(parent), grid_(grid)
+{
+    connect(&grid_, &GridModel::cellChanged, this, [this](int row, int col) {
+        const QModelIndex i = index(row, col);
+        emit dataChanged(i, i);
+    });
+    connect(&grid_, &GridModel::shapeChanged, this, [this] {
+        beginResetModel();
+        endResetModel();
+    });
+}
+
+int GridTableModel::rowCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : grid_.rows(); }
+int GridTableModel::columnCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : grid_.cols(); }
+
+bool GridTableModel::isMarker(const GridCell& cell)
+{
+    return cell.fontName == "Wingdings" && (cell.text == kTicked || cell.text == kEmpty);
+}
+
+QVariant GridTableModel::data(const QModelIndex& index, int role) const
+{
+    if (!index.isValid() || index.row() >= grid_.rows() || index.column() >= grid_.cols())
+        return {};
+    const GridCell& cell = grid_.cell(index.row(), index.column());
+    const bool marker = isMarker(cell);
+    switch (role) {
+    case Qt::DisplayRole:
+        return marker ? QVariant() : QVariant(QString::fromStdString(cell.text));
+    case kMarkerRole:
+        return marker ? QVariant(cell.text == kTicked) : QVariant();
+    case Qt::ForegroundRole:
+        return marker || cell.color == kBlack ? QVariant() : QVariant(QBrush(toColor(cell.color)));
+    case Qt::BackgroundRole:
+        if (index.row() == 0)
+            return QBrush(QColor(0xE4, 0xE4, 0xE4));
+        return marker && cell.color != kBlack ? QVariant(QBrush(toColor(cell.color))) : QVariant();
+    case Qt::FontRole: {
+        if (index.row() != 0 && cell.fontSize == 0)
+            return {};
+        QFont font;
+        if (index.row() == 0)
+            font.setBold(true);
+        if (cell.fontSize > 0 && !marker)
+            font.setPointSize(cell.fontSize);
+        return font;
+    }
+    case Qt::TextAlignmentRole:
+        return cell.centered ? QVariant(Qt::AlignCenter) : QVariant(Qt::AlignLeft | Qt::AlignVCenter);
+    default:
+        return {};
+    }
+}
+
+Qt::ItemFlags GridTableModel::flags(const QModelIndex& index) const
+{
+    return index.isValid() ? Qt::ItemIsEnabled | Qt::ItemIsSelectable : Qt::NoItemFlags;
+}
+
+void MarkerDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const
+{
+    const QVariant ticked = index.data(kMarkerRole);
+    if (!ticked.isValid()) {
+        QStyledItemDelegate::paint(painter, option, index);
+        return;
+    }
+    const QVariant background = index.data(Qt::BackgroundRole);
+    if (background.canConvert<QBrush>())
+        painter->fillRect(option.rect, background.value<QBrush>());
+    QStyleOptionButton box;
+    const int side = std::min(option.rect.height(), option.rect.width()) - 6;
+    box.rect = QRect(option.rect.center().x() - side / 2, option.rect.center().y() - side / 2, side, side);
+    box.state = QStyle::State_Enabled | (ticked.toBool() ? QStyle::State_On : QStyle::State_Off);
+    QApplication::style()->drawPrimitive(QStyle::PE_IndicatorCheckBox, &box, painter);
+}
+
+} // namespace kvx::ui
