@@ -134,4 +134,28 @@ private:
     bool checked_ = false;
 };
 
+// A slider's value within its range; a value outside the range is refused quietly.
+class SliderModel : public QObject {
+    Q_OBJECT
+public:
+    SliderModel(int minimum, int maximum) : min_(minimum), max_(maximum), value_(minimum) {}
+    int minimum() const { return min_; }
+    int maximum() const { return max_; }
+    int value() const { return value_; }
+    bool setValue(int v)
+    {
+        if (v < min_ || v > max_)
+            return false;
+        value_ = v;
+        emit changed();
+        return true;
+    }
+
+signals:
+    void changed();
+
+private:
+    int min_, max_, value_;
+};
+
 } // namespace kvx

@@ -31,6 +31,8 @@ public:
     std::array<ListModel, 5> cmbPid;
     std::array<TextModel, 5> lblPid, lblPida;
     TextModel lblSpeed;
+    // The P3 delay slider, as far as the settings dialog lets P3 go.
+    SliderModel sldSpeedP3{0, 500};
 
     TimerModel tmrKeepAlive, tmrKeepAliveEnhance, tmrTracker;
 

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <string>
+
+namespace kvx {
+struct Session;
+}
+
+namespace kvx::obd {
+
+// Reads one support-bitmap message ("01" or "02" as service): adds its source unit to cmbModule
+// (a new unit becomes the shown entry and EcuAddress) and marks the parameters whose bits are set
+// in SupportedPids' column for the service. Returns the message's source address ("" for a
+// message too short to carry one, which changes nothing).
+std::string DecodeSupportedPids(Session& session, const std::string& message, const std::string& service);
+
+// Clears entries 0 to 96 of the service's column of SupportedPids.
+void ClearSupportedPids(Session& session, int service);
+
+// Asks for the "00" bitmap of service 01, then "20" and "40" when the bitmap before marked them,
+// showing "REQUESTING...NN" before each. Returns the reply to "00".
+std::string RequestSupportBitmaps(Session& session);
+
+} // namespace kvx::obd

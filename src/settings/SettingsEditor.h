@@ -1,0 +1,55 @@
+#pragma once
+
+#include "session/ControlModels.h"
+
+#include <array>
+#include <string>
+
+namespace kvx {
+struct Session;
+}
+
+namespace kvx::settings {
+
+inline constexpr const char* kInterfaceName = "OptoCoupler/Tactrix/KKL";
+// The port entry that names the virtual vehicle, after the serial ports "1" to "16".
+inline constexpr const char* kVirtualVehicleEntry = "Virtual Vehicle";
+inline constexpr int kP3Cap = 500;
+
+// The protocol list of the dialog: index + 1 is the protocol number.
+const std::array<const char*, 4>& ProtocolNames();
+
+// The settings dialog without widgets: its fields as text models, its change handlers and its
+// buttons. frmSetting renders the models and calls the handlers; tests drive it directly.
+class SettingsEditor {
+public:
+    explicit SettingsEditor(Session& session);
+
+    TextModel txtBaud, txtKeepAlive, txtP4, txtKwp2000InitDelay, txtInterbyte, txtP3;
+    ListModel cmbInterface, cmbTypeProtocol, cmbPort;
+    ControlState cmdApply;
+
+    // Fills the lists and shows the session's settings; Apply starts disabled.
+    void Form_Load();
+
+    // The user typed into a text field: the text is kept and Apply enabled; txtP3 also caps its
+    // value at 500.
+    void edit(TextModel& field, const std::string& text);
+    // The user chose a list entry (index into its items): Apply enabled.
+    void choose(ListModel& list, int index);
+
+    // Takes the fields into the settings, pushes them to the link and the main window and saves
+    // them. A field that is not a number refuses the whole Apply with a box naming it; false then.
+    bool cmdApply_Click();
+    // The DEFAULT set (the port kept), applied and saved at once.
+    bool cmdDefault_Click();
+    // Discards unapplied edits: the fields show the settings in force again.
+    void cmdClose_Click();
+
+private:
+    void txtP3_Change();
+
+    Session& session_;
+};
+
+} // namespace kvx::settings
