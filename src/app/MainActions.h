@@ -1,7 +1,5 @@
 #pragma once
 
-#include "settings/CommSettings.h"
-
 #include <array>
 #include <functional>
 
@@ -12,8 +10,6 @@ namespace kvx::app {
 // its control stays disabled.
 struct MainActions {
     std::function<bool()> IsPortOpen;
-    std::function<bool()> LinkDown;
-    std::function<bool()> Replaying;
 
     // The tab strip for the seven tab flags (live data ... live data combo).
     std::function<void(const std::array<bool, 7>&)> BuildTabs;
@@ -42,9 +38,10 @@ struct MainActions {
     std::function<void()> RequestMode6;
     std::function<void()> ShowLogController;
 
-    // The P3 slider moved; and the window is allowed to close (save what must survive).
-    std::function<void(int ms)> SetP3Delay;
-    std::function<void()> Closing;
+    // The P3 slider moved.
+    std::function<void(int ms)> SliderMoved;
+    // The close check: false (with the reason shown) refuses to close.
+    std::function<bool()> QueryClose;
 };
 
 } // namespace kvx::app

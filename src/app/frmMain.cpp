@@ -1,5 +1,6 @@
 #include "app/frmMain.h"
 
+#include "data/VehicleLists.h"
 #include "ui/Bindings.h"
 #include "ui/GridTableModel.h"
 
@@ -10,7 +11,6 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
-#include <QSettings>
 #include <QSlider>
 #include <QStatusBar>
 #include <QTabBar>
@@ -72,8 +72,8 @@ QLabel* makeLabel(QWidget* parent, const QString& name, const QString& text, QRe
 
 } // namespace
 
-frmMain::frmMain(MainScreen& screen, CommSettings& settings, QSettings& store, MainActions actions, QWidget* parent)
-    : QWidget(parent), screen_(screen), settings_(settings), store_(store), actions_(std::move(actions))
+frmMain::frmMain(MainScreen& screen, MainActions actions, QWidget* parent)
+    : QWidget(parent), screen_(screen), actions_(std::move(actions))
 {
     setObjectName(QStringLiteral("frmMain"));
     setWindowTitle(QStringLiteral("Korvenatronix OBD-II"));
@@ -232,11 +232,7 @@ void frmMain::buildFrames()
     makeLabel(f6, "lblMake", tr("Make:"), QRect(162, rowY + 6, 40, 20));
     makeCombo(f6, "cmbMake", screen_.cmbMake, QRect(204, rowY + 3, 120, 26));
     // The make list follows the chosen year.
-    connect(year, &QComboBox::activated, this, [this](int) {
-        screen_.cmbMake.clear();
-        if (screen_.cmbYear.text() == "1997")
-            screen_.cmbMake.addItem("Acura");
-    });
+    connect(year, &QComboBox::activated, this, [this](int) { data::FillMakeList(screen_); });
 
     QWidget* f7 = buildFrame(7);
     for (int i = 0; i < 5; ++i) {
@@ -279,18 +275,14 @@ void frmMain::buildBottomRow()
     tag(caption, "ZQXRESIZEYY0YY");
     slider_ = new QSlider(Qt::Horizontal, this);
     slider_->setObjectName(QStringLiteral("sldSpeedP3"));
-    slider_->setRange(0, 500);
     slider_->setGeometry(312, y + 6, 260, 24);
+    ui::bindSlider(screen_.sldSpeedP3, slider_);
     QLabel* speed = makeLabel(this, "lblSpeed", {}, QRect(580, y + 8, 50, 20));
     tag(speed, "ZQXRESIZEYY0YY");
     ui::bindLabel(screen_.lblSpeed, speed);
-    slider_->setValue(settings_.P3Delay);
-    screen_.lblSpeed.setText(std::to_string(slider_->value()));
     connect(slider_, &QSlider::valueChanged, this, [this](int value) {
-        if (actions_.SetP3Delay)
-            actions_.SetP3Delay(value);
-        screen_.lblSpeed.setText(std::to_string(value));
-        settings_.P3Delay = std::stoi(screen_.lblSpeed.text());
+        if (actions_.SliderMoved)
+            actions_.SliderMoved(value);
     });
 
     auto* log = new QCheckBox(tr("LOG DATA"), this);
@@ -359,20 +351,10 @@ void frmMain::toolbarClick(const QString& key)
 
 void frmMain::closeEvent(QCloseEvent* event)
 {
-    if (actions_.Replaying && actions_.Replaying()) {
-        screen_.StatusBar1.setText(1, "STOP PLAYING LOG");
+    if (actions_.QueryClose && !actions_.QueryClose())
         event->ignore();
-        return;
-    }
-    if (actions_.LinkDown && !actions_.LinkDown()) {
-        screen_.StatusBar1.setText(1, "DISCONNECT TO EXIT");
-        event->ignore();
-        return;
-    }
-    if (actions_.Closing)
-        actions_.Closing();
-    store_.setValue(QStringLiteral("Settings/P3Delay"), QString::number(settings_.P3Delay));
-    event->accept();
+    else
+        event->accept();
 }
 
 void frmMain::resizeEvent(QResizeEvent* event)

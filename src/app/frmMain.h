@@ -15,7 +15,6 @@ class QStatusBar;
 class QTabBar;
 class QTimer;
 class QToolBar;
-class QSettings;
 
 namespace kvx::app {
 
@@ -24,8 +23,7 @@ namespace kvx::app {
 class frmMain : public QWidget {
     Q_OBJECT
 public:
-    frmMain(MainScreen& screen, CommSettings& settings, QSettings& store, MainActions actions,
-            QWidget* parent = nullptr);
+    frmMain(MainScreen& screen, MainActions actions, QWidget* parent = nullptr);
 
     ui::ControlResizer& resizer() { return resizer_; }
     // Runs the toolbar button with this key, as a click on it does.
@@ -51,8 +49,6 @@ private:
     void trackPort();
 
     MainScreen& screen_;
-    CommSettings& settings_;
-    QSettings& store_;
     MainActions actions_;
     ui::ControlResizer resizer_;
 

@@ -1,5 +1,8 @@
 #include "enhanced/frmSelection.h"
 
+#include "data/TabLayout.h"
+#include "session/MainScreen.h"
+
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -9,17 +12,12 @@ namespace {
 
 const std::array<const char*, 4> kCaptions = {"OBD II GENERIC", "NISSAN ENGINE", "NISSAN AUTO TRANSMISSION",
                                               "TOYOTA ENGINE"};
-// Tabs per module, in tab order: live data, freeze frame, faults, O2, monitoring, info, combo.
-const std::array<std::array<bool, 7>, 4> kTabs = {{
-    {true, true, true, true, true, true, true},
-    {true, false, false, false, false, false, false},
-    {true, false, false, false, false, false, false},
-    {true, false, false, false, false, false, true},
-}};
 
 } // namespace
 
-frmSelection::frmSelection(Hooks hooks, QWidget* parent) : QDialog(parent), hooks_(std::move(hooks))
+frmSelection::frmSelection(MainScreen& screen, ConnectModule connect, std::array<bool, 4> available,
+                           QWidget* parent)
+    : QDialog(parent), screen_(screen), connect_(std::move(connect)), available_(available)
 {
     setObjectName(QStringLiteral("frmSelection"));
     setWindowTitle(QStringLiteral("ECU SELECTION"));
@@ -30,38 +28,39 @@ frmSelection::frmSelection(Hooks hooks, QWidget* parent) : QDialog(parent), hook
         auto* button = new QPushButton(QString::fromLatin1(kCaptions[std::size_t(i)]), this);
         button->setObjectName(QStringLiteral("Command1"));
         button->setProperty("Index", i);
-        button->setMinimumSize(280, 44);
+        button->setMinimumSize(300, 44);
         button->setAutoDefault(false);
-        button->setEnabled(hooks_.available[std::size_t(i)] && bool(hooks_.connect));
-        connect(button, &QPushButton::clicked, this, [this, i] { Command1_Click(i); });
+        QObject::connect(button, &QPushButton::clicked, this, [this, i] { Command1_Click(i); });
         layout->addWidget(button);
         buttons_[std::size_t(i)] = button;
     }
+    enableButtons(true);
+}
+
+void frmSelection::enableButtons(bool on)
+{
+    for (std::size_t i = 0; i < buttons_.size(); ++i)
+        buttons_[i]->setEnabled(on && available_[i] && bool(connect_));
 }
 
 void frmSelection::Command1_Click(int index)
 {
-    if (hooks_.status)
-        hooks_.status("INIT IN PROGRESS...");
-    if (hooks_.clearMain)
-        hooks_.clearMain();
-    if (index < 0 || index > 3 || !hooks_.connect) {
+    screen_.StatusBar1.setText(1, "INIT IN PROGRESS...");
+    data::ClearTabs(screen_);
+    if (index < 0 || index > 3 || !connect_) {
         accept();
         return;
     }
-    for (QPushButton* b : buttons_)
-        b->setEnabled(false);
-    if (hooks_.buildTabs)
-        hooks_.buildTabs(kTabs[std::size_t(index)]);
-    const bool connected = hooks_.connect(index);
-    for (int i = 0; i < 4; ++i)
-        buttons_[std::size_t(i)]->setEnabled(hooks_.available[std::size_t(i)]);
+    data::BuildTabs(screen_, data::ModuleTabs(index));
+    // A second click while the first attempt pumps events would start a second connection.
+    enableButtons(false);
+    const bool connected = connect_(index);
+    enableButtons(true);
     if (connected) {
         accept();
         return;
     }
-    if (hooks_.clearMain)
-        hooks_.clearMain();
+    data::ClearTabs(screen_);
 }
 
 } // namespace kvx::enhanced

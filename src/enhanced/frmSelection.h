@@ -6,26 +6,31 @@
 
 class QPushButton;
 
+namespace kvx {
+class MainScreen;
+}
+
 namespace kvx::enhanced {
 
-// The module choice: Command1(0..3). A button runs the connection of its module through the
-// owner's function and closes the window on success; a failure leaves the window open.
+// The module choice: Command1(0..3). A button rebuilds the main window's tabs for its module and
+// runs the module's connection; success closes the window, failure leaves it open for another try.
 class frmSelection : public QDialog {
     Q_OBJECT
 public:
-    struct Hooks {
-        std::function<void(const std::string&)> status;   // panel 1 of the main status bar
-        std::function<void()> clearMain;                  // no tabs, no panels
-        std::function<void(const std::array<bool, 7>&)> buildTabs;
-        std::function<bool(int module)> connect;          // empty for modules not available yet
-        std::array<bool, 4> available{true, false, false, false};
-    };
+    // Sets ModuleIndex and runs that module's connection routine; true when connected.
+    using ConnectModule = std::function<bool(int module)>;
 
-    explicit frmSelection(Hooks hooks, QWidget* parent = nullptr);
+    // available: the modules whose connection is built; the other buttons stay disabled.
+    frmSelection(MainScreen& screen, ConnectModule connect, std::array<bool, 4> available,
+                 QWidget* parent = nullptr);
     void Command1_Click(int index);
 
 private:
-    Hooks hooks_;
+    void enableButtons(bool on);
+
+    MainScreen& screen_;
+    ConnectModule connect_;
+    std::array<bool, 4> available_;
     std::array<QPushButton*, 4> buttons_{};
 };
 

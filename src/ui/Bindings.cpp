@@ -5,6 +5,7 @@
 #include <QLabel>
 #include <QPainter>
 #include <QSignalBlocker>
+#include <QSlider>
 #include <QStatusBar>
 #include <QTextCursor>
 #include <QTextEdit>
@@ -39,6 +40,18 @@ void bindCombo(ListModel& model, QComboBox* combo)
     show();
     QObject::connect(&model, &ListModel::changed, combo, show);
     QObject::connect(combo, &QComboBox::activated, &model, [&model](int index) { model.setCurrentIndex(index); });
+}
+
+void bindSlider(SliderModel& model, QSlider* slider)
+{
+    auto show = [&model, slider] {
+        const QSignalBlocker block(slider);
+        slider->setRange(model.minimum(), model.maximum());
+        slider->setValue(model.value());
+    };
+    show();
+    QObject::connect(&model, &SliderModel::changed, slider, show);
+    QObject::connect(slider, &QSlider::valueChanged, &model, [&model](int value) { model.setValue(value); });
 }
 
 void bindTimer(TimerModel& model, QTimer* timer)

@@ -10,6 +10,7 @@
 
 class QComboBox;
 class QLabel;
+class QSlider;
 class QStatusBar;
 class QTextEdit;
 class QTimer;
@@ -23,6 +24,7 @@ QColor toQColor(Rgb rgb);
 // outlive the widget.
 void bindLabel(TextModel& model, QLabel* label);
 void bindCombo(ListModel& model, QComboBox* combo);
+void bindSlider(SliderModel& model, QSlider* slider);
 void bindTimer(TimerModel& model, QTimer* timer);
 void bindControl(ControlState& state, QWidget* widget);
 void bindRichText(RichTextModel& model, QTextEdit* edit);
