@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <functional>
 
 namespace kvx::app {
@@ -11,8 +10,6 @@ namespace kvx::app {
 struct MainActions {
     std::function<bool()> IsPortOpen;
 
-    // The tab strip for the seven tab flags (live data ... live data combo).
-    std::function<void(const std::array<bool, 7>&)> BuildTabs;
     // Runs the connection routine of a module of the selection window; true when connected.
     std::function<bool(int module)> ConnectModule;
     std::function<void()> Disconnect;

@@ -87,8 +87,12 @@ frmMain::frmMain(MainScreen& screen, MainActions actions, QWidget* parent)
         QAction* action = toolbar_->addAction(QString::fromLatin1(key));
         action->setObjectName(QString::fromLatin1(key));
         action->setData(QString::fromLatin1(key));
+        ControlState& state = screen_.control(key);
+        auto show = [action, &state] { action->setEnabled(state.enabled()); };
+        show();
+        connect(&state, &ControlState::changed, action, show);
     }
-    toolbar_->actions().at(2)->setEnabled(bool(actions_.ShowLogController));
+    screen_.control("Log Controller").setEnabled(bool(actions_.ShowLogController));
     connect(toolbar_, &QToolBar::actionTriggered, this,
             [this](QAction* action) { toolbarClick(action->data().toString()); });
 

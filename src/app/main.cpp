@@ -1,7 +1,133 @@
+#include "app/ProgramWires.h"
+#include "app/SessionActions.h"
+#include "app/frmAbout.h"
+#include "app/frmMain.h"
+#include "data/GridLayouts.h"
+#include "data/TabLayout.h"
+#include "data/VehicleLists.h"
+#include "enhanced/frmSelection.h"
+#include "link/Clock.h"
+#include "link/LinkSession.h"
+#include "obd/Connection.h"
+#include "session/MainScreen.h"
+#include "session/Session.h"
+#include "settings/SettingsEditor.h"
+#include "settings/SettingsStore.h"
+#include "settings/frmSetting.h"
+#include "ui/QtShell.h"
+
 #include <QApplication>
+#include <QCommandLineParser>
+#include <QDir>
+#include <QTimer>
+
+using namespace kvx;
+
+namespace {
+
+void save(QWidget& w, const QString& folder, const char* name)
+{
+    w.grab().save(QDir(folder).filePath(QString::fromLatin1(name) + QStringLiteral(".png")));
+}
+
+// Writes a picture of every window into the folder: the dialogs first, then the main window
+// connected with live data running for a few seconds; the program then disconnects and quits.
+void TakeScreenshots(app::frmMain& window, Session& session, settings::SettingsEditor& editor,
+                     const app::MainActions& actions, const QString& folder)
+{
+    QDir().mkpath(folder);
+    QTimer::singleShot(500, &window, [&window, &session, &editor, actions, folder] {
+        {
+            app::frmAbout about(&window);
+            about.show();
+            save(about, folder, "frmAbout");
+        }
+        {
+            settings::frmSetting dialog(editor, &window);
+            dialog.show();
+            save(dialog, folder, "frmSetting");
+        }
+        {
+            enhanced::frmSelection selection(session.screen, actions.ConnectModule, {true, false, false, false},
+                                             &window);
+            selection.show();
+            save(selection, folder, "frmSelection");
+        }
+        if (!actions.ConnectModule(ModuleGeneric)) {
+            save(window, folder, "frmMain");
+            QApplication::exit(1);
+            return;
+        }
+        QTimer::singleShot(4000, &window, [&window, &session, actions, folder] {
+            save(window, folder, "frmMain");
+            actions.Stop();
+            QTimer::singleShot(0, &window, [actions] {
+                actions.Disconnect();
+                QApplication::quit();
+            });
+        });
+        actions.RequestMode1();
+    });
+}
+
+} // namespace
 
 int main(int argc, char** argv)
 {
-    QApplication app(argc, argv);
-    return 0;
+    QApplication application(argc, argv);
+    QApplication::setApplicationName(QString::fromLatin1(settings::kStoreName));
+    QApplication::setOrganizationName(QString::fromLatin1(settings::kStoreName));
+    QApplication::setApplicationVersion(QStringLiteral(KVX_VERSION));
+
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QStringLiteral("K-line vehicle diagnostics"));
+    parser.addHelpOption();
+    parser.addVersionOption();
+    const QCommandLineOption virtualVehicle(QStringLiteral("virtual-vehicle"),
+                                            QStringLiteral("Use the virtual vehicle as the port for this run."));
+    QCommandLineOption screenshots(QStringLiteral("screenshots"), {}, QStringLiteral("folder"));
+    screenshots.setFlags(QCommandLineOption::HiddenFromHelp);
+    parser.addOption(virtualVehicle);
+    parser.addOption(screenshots);
+    parser.process(application);
+
+    // Start-up, in order: the window's session and link, the year list, the settings, the grid
+    // and tab layouts; the session starts disconnected.
+    link::SteadyClock clock;
+    link::LinkSession link(app::ProgramWires(clock), clock);
+    MainScreen screen;
+    ui::QtShell shell;
+    Session session(link, screen, shell);
+    data::FillYearList(screen);
+    settings::LoadCommSettings(session);
+    if (parser.isSet(virtualVehicle))
+        session.settings.PortNumber = kVirtualVehiclePort;
+    data::LayoutLiveDataGrid(screen);
+    data::LayoutO2SensorGrid(screen);
+    data::LayoutMonitorTestGrid(screen);
+    data::BuildTabs(screen, data::ModuleTabs(ModuleGeneric));
+    obd::SetToolbarConnected(session, false);
+
+    app::MainActions actions = app::BindSessionActions(session);
+    app::frmMain window(screen, actions);
+    shell.setParent(&window);
+    settings::SettingsEditor editor(session);
+
+    QObject::connect(&window, &app::frmMain::connectRequested, &window, [&] {
+        enhanced::frmSelection selection(screen, actions.ConnectModule, {true, false, false, false}, &window);
+        selection.exec();
+    });
+    QObject::connect(&window, &app::frmMain::settingRequested, &window, [&] {
+        settings::frmSetting dialog(editor, &window);
+        dialog.exec();
+    });
+    QObject::connect(&window, &app::frmMain::aboutRequested, &window, [&] {
+        app::frmAbout about(&window);
+        about.exec();
+    });
+
+    window.show();
+    if (parser.isSet(screenshots))
+        TakeScreenshots(window, session, editor, actions, parser.value(screenshots));
+    return application.exec();
 }

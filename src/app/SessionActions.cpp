@@ -1,0 +1,49 @@
+#include "app/SessionActions.h"
+
+#include "link/LinkSession.h"
+#include "obd/CommandGuard.h"
+#include "obd/Connection.h"
+#include "obd/Disconnect.h"
+#include "obd/KeepAlive.h"
+#include "obd/LiveData.h"
+#include "session/MainScreen.h"
+#include "session/Session.h"
+#include "settings/SettingsStore.h"
+
+namespace kvx::app {
+
+MainActions BindSessionActions(Session& s)
+{
+    auto guarded = [&s](std::function<void()> f) {
+        return [&s, f = std::move(f)] { obd::RunLinkCommand(s, f); };
+    };
+    MainActions a;
+    a.IsPortOpen = [&s] { return s.link.IsPortOpen(); };
+    a.PrepareConnect = [&s] {
+        s.screen.tmrKeepAlive.setEnabled(false);
+        s.screen.tmrKeepAliveEnhance.setEnabled(false);
+        s.SilenceCount = 0;
+    };
+    a.ConnectModule = [&s](int module) {
+        s.ModuleIndex = module;
+        bool connected = false;
+        if (module == ModuleGeneric)
+            obd::RunLinkCommand(s, [&] { connected = obd::ConnectEcu(s); });
+        return connected;
+    };
+    a.Disconnect = [&s] { obd::Disconnect(s); };
+    a.Go = guarded([&s] {
+        s.screen.StatusBar1.setText(1, "STOP QUERYING");
+        s.SilenceCount = 0;
+        obd::RediscoverSupportedPids(s);
+    });
+    a.RequestMode1 = guarded([&s] { obd::StartLiveData(s); });
+    a.Stop = [&s] { obd::StopLiveData(s); };
+    a.GridMode1Click = [&s](int row, int) { obd::ToggleLiveDataRow(s, row); };
+    a.KeepAliveTick = guarded([&s] { obd::KeepAliveTick(s); });
+    a.SliderMoved = [&s](int value) { settings::SetP3FromSlider(s, value); };
+    a.QueryClose = [&s] { return obd::QueryClose(s); };
+    return a;
+}
+
+} // namespace kvx::app

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "app/MainActions.h"
+
+namespace kvx {
+struct Session;
+}
+
+namespace kvx::app {
+
+// The main window's controls bound to the session's routines. Every call that talks to the
+// vehicle runs through the command guard, so a link fault ends the command with a box.
+MainActions BindSessionActions(Session& session);
+
+} // namespace kvx::app
