@@ -15,8 +15,6 @@ namespace kvx::obd {
 
 namespace {
 
-constexpr std::size_t kShortestFirstReply = 15;
-
 // Tries the chosen protocol, or 1, 2 and 3 in turn for "Try All"; leaves ProtocolNumber at the
 // one that answered, or at 4 when none did.
 bool wakeUp(Session& session)
@@ -111,27 +109,6 @@ std::string SendRequest(Session& session, const std::string& headerByte1, const 
     for (const std::string& message : SplitMessages(reply))
         DecodeSupportedPids(session, message, decoderService);
     return reply;
-}
-
-bool IsNegativeResponse(const std::string& reply)
-{
-    if (reply.size() < 10 || reply.compare(8, 2, "7F") != 0)
-        return false;
-    const std::string first = reply.substr(0, 2);
-    if (first == "80" || first == "C0")
-        return true;
-    return first == "83" || first == "C3";
-}
-
-std::string FirstReplyProblem(const std::string& reply)
-{
-    if (reply.size() < kShortestFirstReply)
-        return kIncompleteReplyText;
-    // Unreachable while the length rule takes every empty reply; kept behind it so a silent unit
-    // is still named should that rule ever be relaxed.
-    if (reply.empty())
-        return kNoReplyText;
-    return {};
 }
 
 bool ReconnectEcu(Session& session)
