@@ -18,7 +18,7 @@ std::string DecodeSupportedPids(Session& session, const std::string& message, co
 void ClearSupportedPids(Session& session, int service);
 
 // Asks for the "00" bitmap of service 01, then "20" and "40" when the bitmap before marked them,
-// showing "REQUESTING...NN" before each. Returns the reply to "00".
-std::string RequestSupportBitmaps(Session& session);
+// with "REQUESTING...NN" shown before each when showProgress is set. Returns the reply to "00".
+std::string RequestSupportBitmaps(Session& session, bool showProgress);
 
 } // namespace kvx::obd

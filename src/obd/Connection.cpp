@@ -1,0 +1,127 @@
+#include "obd/Connection.h"
+
+#include "link/LinkSession.h"
+#include "obd/CommandGuard.h"
+#include "obd/Disconnect.h"
+#include "obd/KeepAlive.h"
+#include "obd/LiveData.h"
+#include "obd/RequestCycle.h"
+#include "obd/SupportedPids.h"
+#include "session/MainScreen.h"
+#include "session/Session.h"
+#include "session/Shell.h"
+
+namespace kvx::obd {
+
+namespace {
+
+// Tries the chosen protocol, or 1, 2 and 3 in turn for "Try All"; leaves ProtocolNumber at the
+// one that answered, or at 4 when none did.
+bool wakeUp(Session& session)
+{
+    CommSettings& s = session.settings;
+    if (s.ProtocolNumber == link::TryAll)
+        s.ProtocolNumber = link::Iso9141Slow;
+    for (;;) {
+        session.screen.StatusBar1.setText(1, "TRYING PROTOCOL " + std::to_string(s.ProtocolNumber) + "...");
+        std::string result;
+        if (session.link.InitializeEcu("33", s.BaudRate, s.PortNumber, s.ProtocolNumber, "", false, result))
+            return true;
+        if (!s.TryAllProtocols)
+            return false;
+        ++s.ProtocolNumber;
+        if (s.ProtocolNumber == link::TryAll)
+            return false;
+    }
+}
+
+void refuse(Session& session, const std::string& text)
+{
+    Disconnect(session);
+    session.shell.messageBox(kFailedCommunication, text, MessageIcon::Exclamation);
+}
+
+bool isKwp(int protocol)
+{
+    return protocol == link::Kwp2000Slow || protocol == link::Kwp2000Fast;
+}
+
+bool connect(Session& session)
+{
+    MainScreen& screen = session.screen;
+    session.LinkDown = false;
+    if (!wakeUp(session)) {
+        session.LinkDown = true;
+        screen.StatusBar1.setText(1, kInitFailed);
+        screen.tmrKeepAlive.setInterval(session.settings.KeepAlive);
+        screen.tmrKeepAlive.setEnabled(false);
+        SetToolbarConnected(session, false);
+        return false;
+    }
+    ClearSupportedPids(session, 1);
+
+    screen.cmbModule.clear();
+    const bool kwp = isKwp(session.settings.ProtocolNumber);
+    session.HeaderByte1 = kwp ? "C0" : "68";
+    session.HeaderByte2 = kwp ? "33" : "6A";
+
+    if (kwp) {
+        const std::string check = SendRequest(session, session.HeaderByte1, session.HeaderByte2, "01", "00", "01");
+        if (IsNegativeResponse(check)) {
+            refuse(session, kNegativeResponseText);
+            return false;
+        }
+    }
+
+    const std::string problem = FirstReplyProblem(RequestSupportBitmaps(session, true));
+    if (!problem.empty()) {
+        refuse(session, problem);
+        return false;
+    }
+
+    screen.control("chkLog").setEnabled(true);
+    screen.control("cmdGo").setVisible(true);
+    screen.control("cmbModule").setVisible(true);
+    SetToolbarConnected(session, true);
+    RestartKeepAlive(session);
+    BuildLiveDataGrid(session);
+    FillPidLists(session);
+    screen.StatusBar1.setText(1, "");
+    return true;
+}
+
+} // namespace
+
+bool ConnectEcu(Session& session)
+{
+    bool connected = false;
+    RunLinkCommand(session, [&] { connected = connect(session); });
+    return connected;
+}
+
+std::string SendRequest(Session& session, const std::string& headerByte1, const std::string& headerByte2,
+                        const std::string& service, const std::string& parameter,
+                        const std::string& decoderService)
+{
+    if (session.LinkDown)
+        return {};
+    const std::string reply = RequestCycle(session, headerByte1 + headerByte2 + "F1" + service + parameter);
+    for (const std::string& message : SplitMessages(reply))
+        DecodeSupportedPids(session, message, decoderService);
+    return reply;
+}
+
+bool ReconnectEcu(Session& session)
+{
+    const CommSettings& s = session.settings;
+    std::string result;
+    return session.link.InitializeEcu("33", s.BaudRate, s.PortNumber, s.ProtocolNumber, "", true, result);
+}
+
+void SetToolbarConnected(Session& session, bool connected)
+{
+    session.screen.control("Connect").setEnabled(!connected);
+    session.screen.control("Disconnect").setEnabled(connected);
+}
+
+} // namespace kvx::obd

@@ -1,0 +1,60 @@
+#include "obd/Disconnect.h"
+
+#include "link/LinkSession.h"
+#include "log/LogFile.h"
+#include "obd/Connection.h"
+#include "session/MainScreen.h"
+#include "session/Session.h"
+#include "settings/SettingsStore.h"
+
+namespace kvx::obd {
+
+void Disconnect(Session& session)
+{
+    MainScreen& screen = session.screen;
+    ControlState& chkLog = screen.control("chkLog");
+    chkLog.setChecked(false);
+    chkLog.setEnabled(false);
+    screen.control("cmdGo").setVisible(false);
+    screen.control("cmbModule").setVisible(false);
+
+    session.LinkDown = true;
+    for (TimerModel* timer : {&screen.tmrKeepAlive, &screen.tmrKeepAliveEnhance}) {
+        timer->setInterval(session.settings.KeepAlive);
+        timer->setEnabled(false);
+    }
+
+    session.Busy = false;
+    session.SilenceCount = 0;
+    screen.cmbModule.clear();
+
+    if (session.link.IsPortOpen())
+        session.link.ClosePort(0);
+    if (session.settings.TryAllProtocols)
+        session.settings.ProtocolNumber = link::TryAll;
+
+    SetToolbarConnected(session, false);
+    screen.StatusBar1.setText(1, "");
+    screen.StatusBar1.setLamp(3, Lamp::Black);
+}
+
+bool QueryClose(Session& session)
+{
+    if (session.Replaying) {
+        session.screen.StatusBar1.setText(1, kStopPlayingLog);
+        return false;
+    }
+    if (!session.LinkDown) {
+        session.screen.StatusBar1.setText(1, kDisconnectToExit);
+        return false;
+    }
+    if (session.LogFileHandle) {
+        session.LogFileHandle->close();
+        session.LogFileHandle.reset();
+    }
+    session.Logging = false;
+    settings::SaveP3Delay(session.settings);
+    return true;
+}
+
+} // namespace kvx::obd

@@ -1,0 +1,203 @@
+#include "obd/LiveData.h"
+
+#include "data/GridLayouts.h"
+#include "link/LinkSession.h"
+#include "log/LogFile.h"
+#include "obd/CommandGuard.h"
+#include "obd/Connection.h"
+#include "obd/KeepAlive.h"
+#include "obd/RequestCycle.h"
+#include "obd/SupportedPids.h"
+#include "session/MainScreen.h"
+#include "session/Session.h"
+#include "session/Shell.h"
+
+#include <cstdio>
+
+namespace kvx::obd {
+
+namespace {
+
+// A pass that sent nothing (every row unticked) waits this long before the next one, so an idle
+// loop sleeps instead of spinning.
+constexpr link::Micros kIdlePassWait = link::ms(20);
+constexpr int kLastListedPid = 0x60;
+
+bool stillPolling(const Session& session)
+{
+    return session.Busy && !session.LinkDown && session.screen.TabStrip1.selectedCaption() == kLiveDataCaption;
+}
+
+std::string pidText(int pid)
+{
+    char text[3];
+    std::snprintf(text, sizeof text, "%02X", pid);
+    return text;
+}
+
+// The parameters worth a row: supported in service 01, without the support bitmaps themselves.
+std::vector<int> listedPids(const Session& session)
+{
+    std::vector<int> pids;
+    for (int pid = 1; pid <= kLastListedPid; ++pid)
+        if (pid % 0x20 != 0 && session.SupportedPids[static_cast<std::size_t>(pid)][0])
+            pids.push_back(pid);
+    return pids;
+}
+
+bool anyTicked(const GridModel& grid)
+{
+    for (int row = 1; row < grid.rows(); ++row)
+        if (grid.text(row, MarkerColumn) != kEmptyMarker)
+            return true;
+    return false;
+}
+
+GridCell marker(const char* text)
+{
+    return GridCell{text, kBlack, kMarkerFont, 0, true};
+}
+
+// Silence counting of one request; true when the sixth silent reply ends live data.
+bool countSilence(Session& session, const std::string& reply)
+{
+    if (!reply.empty()) {
+        session.SilenceCount = 0;
+        session.screen.StatusBar1.setText(1, "");
+    } else {
+        ++session.SilenceCount;
+    }
+    if (session.SilenceCount >= kLiveGiveUpAt)
+        return true;
+    if (session.SilenceCount >= kLiveReconnectFrom) {
+        session.screen.StatusBar1.setText(1, kReconnecting);
+        // The next replies tell whether the unit is back.
+        ReconnectEcu(session);
+    }
+    return false;
+}
+
+// Writes the messages of the unit in use into the row; others are dropped without a word.
+void showReply(Session& session, int row, const std::string& reply)
+{
+    GridModel& grid = session.screen.GridMode1;
+    for (const std::string& message : SplitMessages(reply)) {
+        if (SourceAddress(message) != session.EcuAddress)
+            continue;
+        log::WriteLogFrame(session, message);
+        grid.setText(row, ValueColumn, session.link.FormatLiveValue(message, 1));
+        grid.setText(row, AltValueColumn, session.link.FormatLiveValue(message, 2));
+    }
+}
+
+} // namespace
+
+void StartLiveData(Session& session)
+{
+    session.Busy = true;
+    RunLinkCommand(session, [&] {
+        while (stillPolling(session)) {
+            session.screen.tmrKeepAlive.setEnabled(false);
+            const bool idle = !anyTicked(session.screen.GridMode1);
+            const bool goOn = PollLiveData(session, session.HeaderByte1, session.HeaderByte2);
+            RestartKeepAlive(session);
+            if (!goOn)
+                break;
+            if (idle)
+                session.link.clock().sleepFor(kIdlePassWait);
+        }
+    });
+    session.Busy = false;
+}
+
+bool PollLiveData(Session& session, const std::string& headerByte1, const std::string& headerByte2)
+{
+    GridModel& grid = session.screen.GridMode1;
+    const int rows = grid.rows();
+    for (int row = 1; row < rows && session.Busy && !session.LinkDown; ++row) {
+        if (session.screen.TabStrip1.selectedCaption() != kLiveDataCaption) {
+            session.Busy = false;
+            break;
+        }
+        if (row >= grid.rows())
+            break;
+        if (grid.text(row, MarkerColumn) == kEmptyMarker) {
+            session.shell.processEvents();
+            continue;
+        }
+        const std::string reply = RequestCycle(session, headerByte1 + headerByte2 + "F101" + grid.text(row, PidColumn));
+        if (countSilence(session, reply)) {
+            session.Busy = false;
+            session.shell.messageBox(kNoCommunication, kNoResponseFromEcu, MessageIcon::Exclamation);
+            return false;
+        }
+        showReply(session, row, reply);
+        session.shell.processEvents();
+    }
+    return true;
+}
+
+void StopLiveData(Session& session)
+{
+    session.Busy = false;
+    session.screen.StatusBar1.setText(1, "");
+}
+
+void ToggleLiveDataRow(Session& session, int row)
+{
+    GridModel& grid = session.screen.GridMode1;
+    if (session.Busy || row < 1 || row >= grid.rows())
+        return;
+    if (grid.text(row, MarkerColumn) == kTickedMarker) {
+        grid.setCell(row, MarkerColumn, marker(kEmptyMarker));
+        grid.setText(row, ValueColumn, "");
+        grid.setText(row, AltValueColumn, "");
+    } else if (grid.text(row, MarkerColumn) == kEmptyMarker) {
+        grid.setCell(row, MarkerColumn, marker(kTickedMarker));
+    }
+}
+
+void BuildLiveDataGrid(Session& session)
+{
+    data::LayoutLiveDataGrid(session.screen);
+    GridModel& grid = session.screen.GridMode1;
+    for (int pid : listedPids(session)) {
+        const int row = grid.addRow();
+        const std::string pp = pidText(pid);
+        grid.setCell(row, MarkerColumn, marker(kTickedMarker));
+        grid.setText(row, PidColumn, pp);
+        grid.setText(row, DescriptionColumn, session.link.DescribePid(pp));
+    }
+}
+
+void FillPidLists(Session& session)
+{
+    const std::vector<int> pids = listedPids(session);
+    for (ListModel& list : session.screen.cmbPid) {
+        list.clear();
+        list.addItem("OFF");
+        for (int pid : pids) {
+            const std::string pp = pidText(pid);
+            list.addItem(pp + " - " + session.link.DescribePid(pp));
+        }
+        list.setCurrentIndex(0);
+    }
+}
+
+void RediscoverSupportedPids(Session& session)
+{
+    if (!session.link.IsPortOpen())
+        return;
+    session.screen.StatusBar1.setText(1, "STOP QUERYING");
+    session.SilenceCount = 0;
+    RunLinkCommand(session, [&] {
+        session.screen.tmrKeepAlive.setEnabled(false);
+        ClearSupportedPids(session, 1);
+        RequestSupportBitmaps(session, false);
+        BuildLiveDataGrid(session);
+        FillPidLists(session);
+        RestartKeepAlive(session);
+    });
+}
+
+} // namespace kvx::obd

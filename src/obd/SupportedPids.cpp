@@ -1,0 +1,83 @@
+#include "obd/SupportedPids.h"
+
+#include "obd/Connection.h"
+#include "obd/RequestCycle.h"
+#include "session/MainScreen.h"
+#include "session/Session.h"
+
+#include <QString>
+
+namespace kvx::obd {
+
+namespace {
+
+constexpr int kClearedEntries = 96;
+
+// Two hex digits at 1-based character `first`, or 0 when the message is too short or not hex.
+int hexAt(const std::string& message, std::size_t first, std::size_t minLength)
+{
+    if (message.size() < minLength)
+        return 0;
+    bool ok = false;
+    const int value = QString::fromStdString(message.substr(first - 1, 2)).toInt(&ok, 16);
+    return ok ? value : 0;
+}
+
+void noteUnit(Session& session, const std::string& address)
+{
+    ListModel& units = session.screen.cmbModule;
+    if (units.indexOf(address) >= 0)
+        return;
+    units.addItem(address);
+    units.setCurrentIndex(units.indexOf(address));
+    session.EcuAddress = address;
+}
+
+} // namespace
+
+std::string DecodeSupportedPids(Session& session, const std::string& message, const std::string& service)
+{
+    const std::string source = SourceAddress(message);
+    if (source.empty())
+        return source;
+    const int bytes[] = {hexAt(message, 11, 14), hexAt(message, 13, 16), hexAt(message, 15, 18),
+                         hexAt(message, 17, 20)};
+    int parameter = hexAt(message, 9, 10) + 1;
+    noteUnit(session, source);
+
+    bool ok = false;
+    const int column = QString::fromStdString(service).toInt(&ok, 16) - 1;
+    if (!ok || column < 0 || column >= Session::kPidCols)
+        return source;
+    for (int byte : bytes) {
+        for (int mask = 256; (mask /= 2) >= 1; ++parameter)
+            if ((byte & mask) && parameter < Session::kPidRows)
+                session.SupportedPids[static_cast<std::size_t>(parameter)][static_cast<std::size_t>(column)] = true;
+    }
+    return source;
+}
+
+void ClearSupportedPids(Session& session, int service)
+{
+    for (int pid = 0; pid <= kClearedEntries; ++pid)
+        session.SupportedPids[static_cast<std::size_t>(pid)][static_cast<std::size_t>(service - 1)] = false;
+}
+
+std::string RequestSupportBitmaps(Session& session, bool showProgress)
+{
+    const auto request = [&](const std::string& pid) {
+        if (showProgress)
+            session.screen.StatusBar1.setText(1, "REQUESTING..." + pid);
+        return SendRequest(session, session.HeaderByte1, session.HeaderByte2, "01", pid, "01");
+    };
+    const std::string first = request("00");
+    // Each further range is asked only when the range before marked it supported.
+    if (session.SupportedPids[0x20][0]) {
+        request("20");
+        if (session.SupportedPids[0x40][0])
+            request("40");
+    }
+    return first;
+}
+
+} // namespace kvx::obd

@@ -1,0 +1,187 @@
+#include "settings/SettingsEditor.h"
+
+#include "link/LinkSession.h"
+#include "session/MainScreen.h"
+#include "session/Session.h"
+#include "session/Shell.h"
+#include "settings/SettingsStore.h"
+
+#include <QString>
+#include <optional>
+
+namespace kvx::settings {
+
+namespace {
+
+constexpr int kSerialPorts = 16;
+constexpr int kTryAllEntry = 3;
+
+std::optional<int> wholeNumber(const std::string& text)
+{
+    bool ok = false;
+    const int value = QString::fromStdString(text).trimmed().toInt(&ok);
+    return ok ? std::optional<int>(value) : std::nullopt;
+}
+
+// The value of the text's leading number: "750ms" is 750, "" and "abc" are 0.
+long leadingNumber(const std::string& text)
+{
+    std::size_t i = 0;
+    while (i < text.size() && text[i] == ' ')
+        ++i;
+    bool negative = false;
+    if (i < text.size() && (text[i] == '-' || text[i] == '+'))
+        negative = text[i++] == '-';
+    long value = 0;
+    for (; i < text.size() && text[i] >= '0' && text[i] <= '9' && value <= kP3Cap; ++i)
+        value = value * 10 + (text[i] - '0');
+    return negative ? -value : value;
+}
+
+std::string portEntry(int port)
+{
+    return port == kVirtualVehiclePort ? kVirtualVehicleEntry : std::to_string(port);
+}
+
+std::optional<int> portNumber(const std::string& entry)
+{
+    if (entry == kVirtualVehicleEntry)
+        return kVirtualVehiclePort;
+    return wholeNumber(entry);
+}
+
+} // namespace
+
+const std::array<const char*, 4>& ProtocolNames()
+{
+    static const std::array<const char*, 4> names{"ISO9141 Slow", "KW2000 Slow", "KW2000 Fast", "Try All"};
+    return names;
+}
+
+SettingsEditor::SettingsEditor(Session& session) : session_(session)
+{
+    for (TextModel* field : {&txtBaud, &txtKeepAlive, &txtP4, &txtKwp2000InitDelay, &txtInterbyte, &txtP3})
+        field->setText("N/A");
+}
+
+void SettingsEditor::Form_Load()
+{
+    const CommSettings& s = session_.settings;
+    cmbPort.clear();
+    for (int port = 1; port <= kSerialPorts; ++port)
+        cmbPort.addItem(std::to_string(port));
+    cmbPort.addItem(kVirtualVehicleEntry);
+    cmbInterface.clear();
+    cmbInterface.addItem(kInterfaceName);
+    cmbInterface.setCurrentIndex(0);
+    cmbTypeProtocol.clear();
+    for (const char* name : ProtocolNames())
+        cmbTypeProtocol.addItem(name);
+
+    // A stored protocol outside 1..4 shows no entry until the user picks one.
+    cmbTypeProtocol.setCurrentIndex(s.TryAllProtocols ? kTryAllEntry : s.ProtocolNumber - 1);
+    cmbPort.setText(portEntry(s.PortNumber));
+    txtBaud.setText(std::to_string(s.BaudRate));
+    txtKeepAlive.setText(std::to_string(s.KeepAlive));
+    txtP4.setText(std::to_string(s.P4Delay));
+    txtInterbyte.setText(std::to_string(s.InterByteDelay));
+    txtKwp2000InitDelay.setText(s.Kwp2000InitDelay);
+    txtP3.setText(std::to_string(s.P3Delay));
+    txtP3_Change();
+    cmdApply.setEnabled(false);
+}
+
+void SettingsEditor::edit(TextModel& field, const std::string& text)
+{
+    field.setText(text);
+    cmdApply.setEnabled(true);
+    if (&field == &txtP3)
+        txtP3_Change();
+}
+
+void SettingsEditor::choose(ListModel& list, int index)
+{
+    list.setCurrentIndex(index);
+    cmdApply.setEnabled(true);
+}
+
+void SettingsEditor::txtP3_Change()
+{
+    if (leadingNumber(txtP3.text()) > kP3Cap)
+        txtP3.setText(std::to_string(kP3Cap));
+}
+
+bool SettingsEditor::cmdApply_Click()
+{
+    // Every number is read before anything changes, so a mistyped field applies nothing.
+    struct Field {
+        const char* label;
+        const std::string& text;
+        std::optional<int> value;
+    };
+    Field fields[] = {
+        {"Com Port", cmbPort.text(), portNumber(cmbPort.text())},
+        {"Keep Alive (mS)", txtKeepAlive.text(), wholeNumber(txtKeepAlive.text())},
+        {"Baud", txtBaud.text(), wholeNumber(txtBaud.text())},
+        {"P4 Delay (mS)", txtP4.text(), wholeNumber(txtP4.text())},
+        {"InterByte Delay (mS)", txtInterbyte.text(), wholeNumber(txtInterbyte.text())},
+        {"P3 Delay (mS)", txtP3.text(), wholeNumber(txtP3.text())},
+    };
+    for (const Field& f : fields) {
+        if (!f.value) {
+            session_.shell.messageBox("Settings", std::string(f.label) + " must be a whole number, not \"" + f.text + "\".",
+                                      MessageIcon::Exclamation);
+            return false;
+        }
+    }
+
+    CommSettings& s = session_.settings;
+    MainScreen& screen = session_.screen;
+    s.PortNumber = *fields[0].value;
+    s.KeepAlive = *fields[1].value;
+    s.BaudRate = *fields[2].value;
+    screen.tmrKeepAlive.setInterval(s.KeepAlive);
+    screen.tmrKeepAliveEnhance.setInterval(s.KeepAlive);
+    s.P4Delay = *fields[3].value;
+    session_.link.SetP4Delay(s.P4Delay);
+    s.InterByteDelay = *fields[4].value;
+    session_.link.SetInterByteDelay(s.InterByteDelay);
+    s.Kwp2000InitDelay = txtKwp2000InitDelay.text();
+    session_.link.SetKwp2000InitDelay(s.Kwp2000InitDelay);
+    s.P3Delay = *fields[5].value;
+    session_.link.SetP3Delay(s.P3Delay);
+    if (screen.sldSpeedP3.setValue(s.P3Delay))
+        screen.lblSpeed.setText(std::to_string(s.P3Delay));
+
+    const auto& names = ProtocolNames();
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        if (cmbTypeProtocol.text() == names[i]) {
+            s.ProtocolNumber = static_cast<int>(i) + 1;
+            s.TryAllProtocols = i == kTryAllEntry;
+        }
+    }
+
+    SaveCommSettings(s);
+    cmdApply.setEnabled(false);
+    return true;
+}
+
+bool SettingsEditor::cmdDefault_Click()
+{
+    txtBaud.setText("10400");
+    txtKeepAlive.setText("700");
+    txtP4.setText("25");
+    txtKwp2000InitDelay.setText("22");
+    txtInterbyte.setText("5");
+    cmbTypeProtocol.setCurrentIndex(kTryAllEntry);
+    cmdApply.setEnabled(true);
+    txtP3.setText("275");
+    return cmdApply_Click();
+}
+
+void SettingsEditor::cmdClose_Click()
+{
+    Form_Load();
+}
+
+} // namespace kvx::settings

@@ -1,0 +1,45 @@
+#include "obd/Connection.h"
+#include "obd/RequestCycle.h"
+
+#include <gtest/gtest.h>
+
+namespace kvx::obd {
+namespace {
+
+TEST(NegativeResponse, KwpFormatBytesWith7FAtCharactersNineAndTen)
+{
+    // Format byte 80 with a separate length byte puts the refusal's 7F at characters 9-10.
+    EXPECT_TRUE(IsNegativeResponse("80F110037F011296"));
+    EXPECT_TRUE(IsNegativeResponse("C0F110037F0112D6"));
+    // The short form's test reads the same place, where the refused service stands.
+    EXPECT_TRUE(IsNegativeResponse("83F1107F7F1296"));
+    EXPECT_TRUE(IsNegativeResponse("C3F1107F7F12D6"));
+    EXPECT_FALSE(IsNegativeResponse("83F1107F011296"));
+    // A positive answer, an ISO 9141 refusal and short or empty replies pass.
+    EXPECT_FALSE(IsNegativeResponse("86F1104100BE1FA813D8"));
+    EXPECT_FALSE(IsNegativeResponse("486B107F7F1296"));
+    EXPECT_FALSE(IsNegativeResponse("80F1107F"));
+    EXPECT_FALSE(IsNegativeResponse(""));
+}
+
+TEST(FirstReply, FourteenCharactersOrFewerIsIncomplete)
+{
+    EXPECT_EQ(FirstReplyProblem("486B104100BE1F"), kIncompleteReplyText);
+    EXPECT_EQ(FirstReplyProblem("486B104100BE1FA"), "");
+    // Length comes first: an empty reply reports the P3 advice as well.
+    EXPECT_EQ(FirstReplyProblem(""), kIncompleteReplyText);
+}
+
+TEST(Messages, SplitAtColonsAndSourceAtCharactersFiveAndSix)
+{
+    const auto messages = SplitMessages("486B10410C1AF8C0:486B18410C1AF8C8");
+    ASSERT_EQ(messages.size(), 2u);
+    EXPECT_EQ(SourceAddress(messages[0]), "10");
+    EXPECT_EQ(SourceAddress(messages[1]), "18");
+    EXPECT_TRUE(SplitMessages("").empty());
+    EXPECT_EQ(SplitMessages("AB:").size(), 2u);
+    EXPECT_EQ(SourceAddress("486B1"), "");
+}
+
+} // namespace
+} // namespace kvx::obd

@@ -1,0 +1,69 @@
+#include "settings/SettingsStore.h"
+#include "support/TempSettings.h"
+
+#include <QSettings>
+#include <gtest/gtest.h>
+
+namespace kvx::settings {
+namespace {
+
+TEST(SettingsStore, EmptyStoreGivesStartupDefaults)
+{
+    test::TempSettings store;
+    CommSettings s;
+    s.BaudRate = s.PortNumber = s.KeepAlive = s.P3Delay = s.P4Delay = s.InterByteDelay = s.ProtocolNumber = 0;
+    s.TryAllProtocols = false;
+    s.Kwp2000InitDelay.clear();
+    ReadCommSettings(s);
+    EXPECT_EQ(s.BaudRate, 10400);
+    EXPECT_EQ(s.PortNumber, 1);
+    EXPECT_EQ(s.KeepAlive, 500);
+    EXPECT_EQ(s.P3Delay, 300);
+    EXPECT_EQ(s.P4Delay, 25);
+    EXPECT_EQ(s.InterByteDelay, 10);
+    EXPECT_EQ(s.ProtocolNumber, 4);
+    EXPECT_TRUE(s.TryAllProtocols);
+    EXPECT_EQ(s.Kwp2000InitDelay, "22");
+}
+
+TEST(SettingsStore, NonNumberLeavesFieldAndLoadingGoesOn)
+{
+    test::TempSettings store;
+    store.put("P4Delay", "fast");
+    store.put("InterByteDelay", "7");
+    store.put("TypeProtocol", "2");
+    store.put("Kwp2000InitDelay", "abc");
+    CommSettings s;
+    s.P4Delay = 33;
+    s.TryAllProtocols = false;
+    ReadCommSettings(s);
+    EXPECT_EQ(s.P4Delay, 33);
+    EXPECT_EQ(s.InterByteDelay, 7);
+    EXPECT_EQ(s.ProtocolNumber, 2);
+    EXPECT_FALSE(s.TryAllProtocols);
+    // The KWP2000 delay is text and kept as the store holds it.
+    EXPECT_EQ(s.Kwp2000InitDelay, "abc");
+}
+
+TEST(SettingsStore, SavesDecimalTextUnderTheSectionAndP3Alone)
+{
+    test::TempSettings store;
+    CommSettings s;
+    s.PortNumber = kVirtualVehiclePort;
+    s.ProtocolNumber = 3;
+    s.P3Delay = 120;
+    SaveCommSettings(s);
+    EXPECT_EQ(store.get("Port"), "0");
+    EXPECT_EQ(store.get("TypeProtocol"), "3");
+    EXPECT_EQ(store.get("Kwp2000InitDelay"), "22");
+
+    CommSettings other;
+    other.P3Delay = 200;
+    other.KeepAlive = 999;
+    SaveP3Delay(other);
+    EXPECT_EQ(store.get("P3Delay"), "200");
+    EXPECT_EQ(store.get("KeepAlive"), "500");
+}
+
+} // namespace
+} // namespace kvx::settings
