@@ -1,0 +1,214 @@
+#include "app/frmMain.h"
+#include "data/GridLayouts.h"
+#include "data/TabLayout.h"
+#include "enhanced/frmSelection.h"
+#include "session/MainScreen.h"
+#include "session/Session.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QCheckBox>
+#include <QLabel>
+#include <QPushButton>
+#include <QSlider>
+#include <QStatusBar>
+#include <QTabBar>
+#include <QTableView>
+#include <QTest>
+#include <QToolBar>
+#include <gtest/gtest.h>
+
+using namespace kvx;
+
+namespace {
+
+QApplication& qtApp()
+{
+    static int argc = 1;
+    static char name[] = "test_app";
+    static char* argv[] = {name, nullptr};
+    static QApplication a(argc, argv);
+    return a;
+}
+
+// The window over fake session actions that record what was asked of them.
+struct Fixture {
+    MainScreen screen;
+    std::vector<std::string> calls;
+    bool portOpen = false;
+    bool mayClose = true;
+    std::unique_ptr<app::frmMain> window;
+
+    Fixture()
+    {
+        qtApp();
+        data::LayoutLiveDataGrid(screen);
+        data::BuildTabs(screen, data::ModuleTabs(ModuleGeneric));
+        app::MainActions a;
+        auto record = [this](const char* what) { return [this, what] { calls.emplace_back(what); }; };
+        a.IsPortOpen = [this] { return portOpen; };
+        a.PrepareConnect = record("prepare");
+        a.Disconnect = record("disconnect");
+        a.RequestMode1 = record("live");
+        a.Stop = record("stop");
+        a.SliderMoved = [this](int v) { calls.push_back("p3 " + std::to_string(v)); };
+        a.QueryClose = [this] {
+            calls.emplace_back("query");
+            if (!mayClose)
+                screen.StatusBar1.setText(1, "DISCONNECT TO EXIT");
+            return mayClose;
+        };
+        window = std::make_unique<app::frmMain>(screen, a);
+        window->show();
+    }
+    QAction* toolbarAction(const char* key)
+    {
+        return window->findChild<QToolBar*>("Toolbar1")->findChild<QAction*>(key);
+    }
+    QPushButton* button(const char* name) { return window->findChild<QPushButton*>(name); }
+};
+
+} // namespace
+
+TEST(frmMain, HasTheNamedControls)
+{
+    Fixture f;
+    for (const char* name : {"Toolbar1", "TabStrip1", "StatusBar1", "cmdGo", "cmdRequestMode1", "cmdStop",
+                             "cmdRequestLiveCombo", "cmdStopLiveCombo", "cmdRequestMode2", "cmdMode3", "cmdMode4",
+                             "cmdMode7", "cmdRequestMode5", "cmdRequestMode6", "sldSpeedP3", "lblSpeed", "Label1",
+                             "chkLog", "cmbModule", "GridMode1", "gridMode5", "gridMode6", "txtMode2", "txtMode347",
+                             "txtInfo", "cmbFrame", "cmbMode5", "cmbMake", "cmbYear", "tmrKeepAlive",
+                             "tmrKeepAliveEnhance", "tmrTracker"})
+        EXPECT_NE(f.window->findChild<QObject*>(name), nullptr) << name;
+    EXPECT_EQ(f.window->findChildren<QPushButton*>("cmdModeOnce").size(), 5);
+    EXPECT_EQ(f.window->findChildren<QLabel*>("lblPid").size(), 5);
+    EXPECT_EQ(f.window->windowTitle(), "Korvenatronix OBD-II");
+    // The resizer tags on the named controls.
+    EXPECT_EQ(f.window->findChild<QWidget*>("cmdGo")->property("Tag").toString(), "ZQXRESIZEXXXXX");
+    EXPECT_EQ(f.window->findChild<QWidget*>("StatusBar1")->property("Tag").toString(), "ZQXRESIZEYYYXY");
+    EXPECT_EQ(f.window->findChild<QWidget*>("Label1")->property("Tag").toString(), "ZQXRESIZEYY0YY");
+}
+
+TEST(frmMain, ToolbarDispatchesByKey)
+{
+    Fixture f;
+    int connects = 0, settings = 0;
+    QObject::connect(f.window.get(), &app::frmMain::connectRequested, [&] { ++connects; });
+    QObject::connect(f.window.get(), &app::frmMain::settingRequested, [&] { ++settings; });
+
+    f.toolbarAction("Connect")->trigger();
+    EXPECT_EQ(connects, 1);
+    EXPECT_EQ(f.calls, std::vector<std::string>{"prepare"});
+
+    // Connect with the port already open does nothing.
+    f.portOpen = true;
+    f.toolbarAction("Connect")->trigger();
+    EXPECT_EQ(connects, 1);
+
+    f.toolbarAction("Disconnect")->trigger();
+    f.toolbarAction("Setting")->trigger();
+    EXPECT_EQ(settings, 1);
+    EXPECT_EQ(f.calls.back(), "disconnect");
+    // The log controller is not in this build: its button is off rather than silent.
+    EXPECT_FALSE(f.toolbarAction("Log Controller")->isEnabled());
+}
+
+TEST(frmMain, ExitRunsTheCloseCheckAndARefusalKeepsTheWindow)
+{
+    Fixture f;
+    f.mayClose = false;
+    f.toolbarAction("Exit")->trigger();
+    EXPECT_TRUE(f.window->isVisible());
+    EXPECT_EQ(f.screen.StatusBar1.text(1), "DISCONNECT TO EXIT");
+    EXPECT_EQ(f.window->findChild<QStatusBar*>("StatusBar1")->findChild<QLabel*>("StatusBar1Panel1")->text(),
+              "DISCONNECT TO EXIT");
+
+    f.mayClose = true;
+    f.toolbarAction("Exit")->trigger();
+    EXPECT_FALSE(f.window->isVisible());
+}
+
+TEST(frmMain, ModeButtonsNeedAnOpenPortAndUnbuiltServicesAreDisabled)
+{
+    Fixture f;
+    QTest::mouseClick(f.button("cmdRequestMode1"), Qt::LeftButton);
+    EXPECT_TRUE(f.calls.empty());
+    f.portOpen = true;
+    QTest::mouseClick(f.button("cmdRequestMode1"), Qt::LeftButton);
+    EXPECT_EQ(f.calls, std::vector<std::string>{"live"});
+    for (const char* name : {"cmdRequestMode2", "cmdMode3", "cmdRequestMode6", "cmdRequestLiveCombo"})
+        EXPECT_FALSE(f.button(name)->isEnabled()) << name;
+}
+
+TEST(frmMain, PortLightTabsAndSliderFollowTheModels)
+{
+    Fixture f;
+    f.portOpen = true;
+    QTest::qWait(1100);
+    EXPECT_EQ(f.screen.StatusBar1.lamp(2), Lamp::Green);
+
+    auto* tabs = f.window->findChild<QTabBar*>("TabStrip1");
+    ASSERT_EQ(tabs->count(), 7);
+    EXPECT_EQ(tabs->tabToolTip(3), "Mode 5 - Montior O2 Sensor Status");
+    tabs->setCurrentIndex(2);
+    EXPECT_EQ(f.screen.TabStrip1.selectedCaption(), "READ/CLEAR FAULTS");
+    EXPECT_TRUE(f.window->findChild<QWidget*>("Frame3")->isVisible());
+    EXPECT_FALSE(f.window->findChild<QWidget*>("Frame1")->isVisible());
+
+    f.screen.sldSpeedP3.setValue(120);
+    EXPECT_EQ(f.window->findChild<QSlider*>("sldSpeedP3")->value(), 120);
+    f.window->findChild<QSlider*>("sldSpeedP3")->setValue(200);
+    EXPECT_EQ(f.calls.back(), "p3 200");
+    EXPECT_EQ(f.screen.sldSpeedP3.value(), 200);
+}
+
+TEST(frmMain, RestoringTheRecordedSizePutsControlsBackAndMinimisingChangesNothing)
+{
+    Fixture f;
+    auto* grid = f.window->findChild<QWidget*>("GridMode1");
+    auto* go = f.window->findChild<QWidget*>("cmdGo");
+    const QRect gridAt = grid->geometry(), goAt = go->geometry();
+    const QSize size = f.window->size();
+    f.window->resize(1000, 750);
+    EXPECT_GT(grid->width(), gridAt.width());
+    EXPECT_EQ(go->geometry(), goAt);
+    f.window->resize(size);
+    EXPECT_EQ(grid->geometry(), gridAt);
+
+    f.window->setWindowState(Qt::WindowMinimized);
+    f.window->resize(200, 150);
+    f.window->resizer().FormResized(f.window.get());
+    EXPECT_EQ(grid->geometry(), gridAt);
+}
+
+TEST(frmSelection, FailedAttemptKeepsTheWindowOpenWithNoTabs)
+{
+    qtApp();
+    MainScreen screen;
+    std::vector<int> tried;
+    bool succeed = false;
+    enhanced::frmSelection selection(
+        screen,
+        [&](int module) {
+            tried.push_back(module);
+            EXPECT_EQ(screen.StatusBar1.text(1), "INIT IN PROGRESS...");
+            EXPECT_EQ(screen.TabStrip1.tabs().size(), 7u);
+            return succeed;
+        },
+        {true, false, false, false});
+    selection.show();
+    auto buttons = selection.findChildren<QPushButton*>("Command1");
+    ASSERT_EQ(buttons.size(), 4);
+    EXPECT_EQ(buttons[3]->text(), "TOYOTA ENGINE");
+    EXPECT_FALSE(buttons[1]->isEnabled());
+
+    QTest::mouseClick(buttons[0], Qt::LeftButton);
+    EXPECT_TRUE(selection.isVisible());
+    EXPECT_TRUE(screen.TabStrip1.tabs().empty());
+
+    succeed = true;
+    QTest::mouseClick(buttons[0], Qt::LeftButton);
+    EXPECT_FALSE(selection.isVisible());
+    EXPECT_EQ(selection.result(), QDialog::Accepted);
+    EXPECT_EQ(tried, (std::vector<int>{0, 0}));
+}
