@@ -23,9 +23,9 @@ namespace kvx::app {
 
 namespace {
 
-constexpr int kWidth = 800;
-constexpr int kHeight = 600;
-const QRect kFrameRect(8, 76, 784, 432);
+constexpr int kWidth = 920;
+constexpr int kHeight = 640;
+const QRect kFrameRect(8, 76, kWidth - 16, kHeight - 76 - 80);
 
 void tag(QWidget* w, const char* text) { w->setProperty("Tag", QString::fromLatin1(text)); }
 
@@ -98,7 +98,7 @@ frmMain::frmMain(MainScreen& screen, MainActions actions, QWidget* parent)
 
     tabs_ = new QTabBar(this);
     tabs_->setObjectName(QStringLiteral("TabStrip1"));
-    tabs_->setGeometry(8, 48, 784, 28);
+    tabs_->setGeometry(8, 48, kWidth - 16, 28);
     tabs_->setExpanding(false);
     tag(tabs_, "ZQXRESIZEYYYXY");
     connect(&screen_.TabStrip1, &TabStripModel::changed, this, &frmMain::showTabs);
@@ -266,22 +266,22 @@ void frmMain::buildBottomRow()
     const int y = kHeight - 72;
     auto* module = new QComboBox(this);
     module->setObjectName(QStringLiteral("cmbModule"));
-    module->setGeometry(8, y + 4, 90, 26);
+    module->setGeometry(kWidth - 200, 7, 90, 26);
     module->setToolTip(tr("Units that answered"));
     ui::bindCombo(screen_.cmbModule, module);
     tag(module, "ZQXRESIZEXXXXX");
 
-    QPushButton* go = addButton(this, "cmdGo", tr("GO"), QRect(106, y + 2, 80, 30), whenOpen(actions_, actions_.Go));
+    QPushButton* go = addButton(this, "cmdGo", tr("GO"), QRect(kWidth - 100, 5, 90, 30), whenOpen(actions_, actions_.Go));
     go->setToolTip(tr("Ask the unit again which parameters it supports"));
     tag(go, "ZQXRESIZEXXXXX");
 
-    QLabel* caption = makeLabel(this, "Label1", QStringLiteral("P3 DELAY (mS)"), QRect(210, y + 8, 100, 20));
+    QLabel* caption = makeLabel(this, "Label1", QStringLiteral("P3 DELAY (mS)"), QRect(12, y + 8, 130, 20));
     tag(caption, "ZQXRESIZEYY0YY");
     slider_ = new QSlider(Qt::Horizontal, this);
     slider_->setObjectName(QStringLiteral("sldSpeedP3"));
-    slider_->setGeometry(312, y + 6, 260, 24);
+    slider_->setGeometry(144, y + 6, 380, 24);
     ui::bindSlider(screen_.sldSpeedP3, slider_);
-    QLabel* speed = makeLabel(this, "lblSpeed", {}, QRect(580, y + 8, 50, 20));
+    QLabel* speed = makeLabel(this, "lblSpeed", {}, QRect(534, y + 8, 70, 20));
     tag(speed, "ZQXRESIZEYY0YY");
     ui::bindLabel(screen_.lblSpeed, speed);
     connect(slider_, &QSlider::valueChanged, this, [this](int value) {
@@ -291,7 +291,7 @@ void frmMain::buildBottomRow()
 
     auto* log = new QCheckBox(tr("LOG DATA"), this);
     log->setObjectName(QStringLiteral("chkLog"));
-    log->setGeometry(660, y + 6, 120, 24);
+    log->setGeometry(kWidth - 130, y + 6, 120, 24);
     ui::bindControl(screen_.control("chkLog"), log);
     connect(log, &QCheckBox::toggled, this, [this](bool on) { screen_.control("chkLog").setChecked(on); });
 }
