@@ -1,14 +1,11 @@
 #include "app/ProgramWires.h"
 #include "app/SessionActions.h"
+#include "app/StartUp.h"
 #include "app/frmAbout.h"
 #include "app/frmMain.h"
-#include "data/GridLayouts.h"
-#include "data/TabLayout.h"
-#include "data/VehicleLists.h"
 #include "enhanced/frmSelection.h"
 #include "link/Clock.h"
 #include "link/LinkSession.h"
-#include "obd/Connection.h"
 #include "session/MainScreen.h"
 #include "session/Session.h"
 #include "settings/SettingsEditor.h"
@@ -91,22 +88,13 @@ int main(int argc, char** argv)
     parser.addOption(screenshots);
     parser.process(application);
 
-    // Start-up, in order: the window's session and link, the year list, the settings, the grid
-    // and tab layouts; the session starts disconnected.
+    // The window's session and link first; the rest of the load follows in StartSession.
     link::SteadyClock clock;
     link::LinkSession link(app::ProgramWires(clock), clock);
     MainScreen screen;
     ui::QtShell shell;
     Session session(link, screen, shell);
-    data::FillYearList(screen);
-    settings::LoadCommSettings(session);
-    if (parser.isSet(virtualVehicle))
-        session.settings.PortNumber = kVirtualVehiclePort;
-    data::LayoutLiveDataGrid(screen);
-    data::LayoutO2SensorGrid(screen);
-    data::LayoutMonitorTestGrid(screen);
-    data::BuildTabs(screen, data::ModuleTabs(ModuleGeneric));
-    obd::SetToolbarConnected(session, false);
+    app::StartSession(session, parser.isSet(virtualVehicle));
 
     app::MainActions actions = app::BindSessionActions(session);
     app::frmMain window(screen, actions);
