@@ -174,6 +174,8 @@ QWidget* frmMain::buildFrame(int number)
     frame->setGeometry(kFrameRect);
     frame->hide();
     frames_[std::size_t(number - 1)] = frame;
+    connect(&screen_.control(frame->objectName().toStdString()), &ControlState::changed, this,
+            &frmMain::showSelectedPanel);
     return frame;
 }
 
@@ -269,11 +271,13 @@ void frmMain::buildBottomRow()
     module->setGeometry(kWidth - 200, 7, 90, 26);
     module->setToolTip(tr("Units that answered"));
     ui::bindCombo(screen_.cmbModule, module);
+    ui::bindControl(screen_.control("cmbModule"), module);
     tag(module, "ZQXRESIZEXXXXX");
 
     QPushButton* go = addButton(this, "cmdGo", tr("GO"), QRect(kWidth - 100, 5, 90, 30), whenOpen(actions_, actions_.Go));
     go->setToolTip(tr("Ask the unit again which parameters it supports"));
     tag(go, "ZQXRESIZEXXXXX");
+    ui::bindControl(screen_.control("cmdGo"), go);
 
     QLabel* caption = makeLabel(this, "Label1", QStringLiteral("P3 DELAY (mS)"), QRect(12, y + 8, 130, 20));
     tag(caption, "ZQXRESIZEYY0YY");
@@ -316,8 +320,10 @@ void frmMain::showSelectedPanel()
     const QString panel = selected >= 0 && selected < int(tabs.size())
                               ? QString::fromStdString(tabs[std::size_t(selected)].panel)
                               : QString();
+    // A panel shows when the session lets it and its tab is the selected one.
     for (QWidget* frame : frames_)
-        frame->setVisible(frame->objectName() == panel);
+        frame->setVisible(frame->objectName() == panel &&
+                          screen_.control(frame->objectName().toStdString()).visible());
     if (tabs_->currentIndex() != selected) {
         const QSignalBlocker block(tabs_);
         tabs_->setCurrentIndex(selected);

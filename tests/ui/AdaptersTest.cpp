@@ -1,0 +1,128 @@
+#include "session/ControlModels.h"
+#include "session/GridModel.h"
+#include "session/RichTextModel.h"
+#include "ui/Bindings.h"
+#include "ui/GridTableModel.h"
+
+#include <QApplication>
+#include <QComboBox>
+#include <QImage>
+#include <QPainter>
+#include <QStyleOptionViewItem>
+#include <QTextEdit>
+#include <gtest/gtest.h>
+
+using namespace kvx;
+
+namespace {
+
+QApplication& qtApp()
+{
+    static int argc = 1;
+    static char name[] = "test_ui";
+    static char* argv[] = {name, nullptr};
+    static QApplication a(argc, argv);
+    return a;
+}
+
+GridCell marker(const char* text)
+{
+    GridCell c;
+    c.text = text;
+    c.fontName = "Wingdings";
+    return c;
+}
+
+// Paints one cell through the delegate and counts the drawn pixels (the box and its tick).
+int darkPixels(ui::GridTableModel& model, int row, int col)
+{
+    QImage image(40, 22, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    QStyleOptionViewItem option;
+    option.rect = image.rect();
+    option.state = QStyle::State_Enabled;
+    ui::MarkerDelegate().paint(&painter, option, model.index(row, col));
+    painter.end();
+    int dark = 0;
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+            dark += qGray(image.pixel(x, y)) < 200;
+    return dark;
+}
+
+} // namespace
+
+TEST(GridTableModel, MarkersAreDrawnAsBoxesNotAsSymbolFontLetters)
+{
+    qtApp();
+    GridModel grid("GridMode1", 5);
+    grid.setRows(3);
+    grid.setCell(1, 0, marker("\xC3\xBE"));
+    grid.setCell(2, 0, marker("q"));
+    grid.setText(2, 1, "q"); // an ordinary "q" in another column stays text
+    ui::GridTableModel model(grid);
+
+    EXPECT_FALSE(model.data(model.index(1, 0), Qt::DisplayRole).isValid());
+    EXPECT_EQ(model.data(model.index(2, 1), Qt::DisplayRole).toString(), "q");
+    const int ticked = darkPixels(model, 1, 0);
+    const int empty = darkPixels(model, 2, 0);
+    EXPECT_GT(empty, 0);
+    EXPECT_GT(ticked, empty);
+
+    // The services re-tick a row: the view hears of it.
+    int changes = 0;
+    QObject::connect(&model, &QAbstractItemModel::dataChanged, [&] { ++changes; });
+    grid.setCell(2, 0, marker("\xC3\xBE"));
+    EXPECT_EQ(changes, 1);
+    EXPECT_GT(darkPixels(model, 2, 0), empty);
+}
+
+TEST(GridTableModel, ColoursAndShapeFollowTheGrid)
+{
+    qtApp();
+    GridModel grid("gridMode6", 7);
+    grid.setRows(1);
+    ui::GridTableModel model(grid);
+    const int row = grid.addRow();
+    EXPECT_EQ(model.rowCount(), 2);
+    grid.setText(row, 6, "FAIL");
+    grid.setColor(row, 6, kRed);
+    EXPECT_EQ(model.data(model.index(row, 6), Qt::ForegroundRole).value<QBrush>().color(), QColor(Qt::red));
+    EXPECT_FALSE(model.data(model.index(row, 5), Qt::ForegroundRole).isValid());
+}
+
+TEST(Bindings, RichTextKeepsColouredRunsAndIsReadOnly)
+{
+    qtApp();
+    RichTextModel box("txtMode347");
+    QTextEdit edit;
+    ui::bindRichText(box, &edit);
+    box.append("P0301 ");
+    box.setColor(kRed);
+    box.append("Misfire");
+    box.setColor(kBlack);
+    EXPECT_TRUE(edit.isReadOnly());
+    EXPECT_EQ(edit.toPlainText(), "P0301 Misfire");
+    QTextCursor cursor(edit.document());
+    cursor.setPosition(8);
+    EXPECT_EQ(cursor.charFormat().foreground().color(), QColor(Qt::red));
+    cursor.setPosition(3);
+    EXPECT_EQ(cursor.charFormat().foreground().color(), QColor(Qt::black));
+}
+
+TEST(Bindings, RefillingAListIsNotTakenForAUserChoice)
+{
+    qtApp();
+    ListModel list;
+    QComboBox combo;
+    ui::bindCombo(list, &combo);
+    list.addItem("10");
+    list.addItem("18");
+    list.setCurrentIndex(1);
+    EXPECT_EQ(combo.currentText(), "18");
+    list.clear();
+    list.addItem("10");
+    EXPECT_EQ(list.currentIndex(), -1);
+    EXPECT_EQ(combo.count(), 1);
+}
