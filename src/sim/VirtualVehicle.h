@@ -1,0 +1,123 @@
+#pragma once
+
+#include "link/Clock.h"
+#include "link/Hex.h"
+#include "link/Wire.h"
+#include "sim/BusRecord.h"
+#include "sim/EcuModel.h"
+#include "sim/FaultPlan.h"
+
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace kvx::sim {
+
+// The vehicle's own timing, chosen inside the windows a tester must accept.
+struct EcuTiming {
+    link::Micros w1 = link::ms(100); // end of the address to the sync byte (60..300)
+    link::Micros w2 = link::ms(10);  // sync to KB1 (5..20)
+    link::Micros w3 = link::ms(5);   // KB1 to KB2 (0..20)
+    link::Micros w4 = link::ms(30);  // tester's inverted KB2 to the inverted address (25..50)
+    link::Micros p1 = link::ms(2);   // between the bytes of a reply (0..20)
+    link::Micros p2 = link::ms(30);  // request to reply, and between replies (25..50)
+    link::Micros p2Late = link::ms(48);    // the "near P2max" fault
+    link::Micros pending = link::ms(400);  // 0x78 to the real answer
+    link::Micros p3Max = link::ms(5000);   // silence after which a session is given up
+};
+
+using EcuFactory = std::function<std::unique_ptr<EcuModel>(link::Clock&, std::uint64_t seed)>;
+
+struct VehicleConfig {
+    std::uint64_t seed = 1;
+    FaultPlan faults;
+    // The units on the bus; empty means the engine unit (0x10) and the transmission unit (0x18).
+    std::vector<EcuFactory> units;
+    EcuTiming timing;
+    // A pty carries no break: open KWP sessions on a StartCommunication message alone and answer
+    // ISO 9141 requests without a 5-baud wake-up.
+    bool noBreaks = false;
+};
+
+// A car on a K-line. Passive: it works out what happened on the bus from the clock whenever its
+// wire is used, so it needs no thread and runs the same on virtual and real time.
+class VirtualVehicle {
+public:
+    explicit VirtualVehicle(link::Clock& clock, VehicleConfig config = {});
+    ~VirtualVehicle();
+    VirtualVehicle(const VirtualVehicle&) = delete;
+    VirtualVehicle& operator=(const VirtualVehicle&) = delete;
+
+    // A Wire onto this vehicle's bus (the link cannot tell it from a cable). The vehicle outlives it.
+    std::unique_ptr<link::Wire> makeWire();
+    // The bus's own record: every break edge and byte with its time and origin (tester/echo/ECU).
+    const BusRecord& record() const { return record_; }
+    link::Clock& clock() const { return clock_; }
+
+    // The tester's side of the bus, used by the wires. Times are bus times (the clock's).
+    void setBaud(int baud) { baud_ = baud; }
+    int baud() const { return baud_; }
+    void testerBreak(bool on);
+    void testerWrite(const link::Bytes& bytes);
+    // Everything that reaches the tester up to now, oldest first (echoes included).
+    link::Bytes takeReceived();
+    // When something next reaches the tester or changes inside the vehicle; nullopt when idle.
+    std::optional<link::Micros> nextEvent() const;
+    // Brings the vehicle's state up to time t.
+    void settle(link::Micros t);
+    void dropReceived();
+    link::Micros byteTime() const;
+
+    bool sessionOpen() const { return session_.has_value(); }
+
+private:
+    struct Session {
+        Protocol protocol;
+        link::Micros lastActivity;
+    };
+    struct Pending {
+        link::Micros time;
+        Origin origin;
+        std::uint8_t byte;
+    };
+    enum class WakeStage { None, FiveBaudLow, FiveBaudAwaitInvKb2, FastAwaitStart };
+
+    void settleInternal(link::Micros t);
+    void finishAddress(link::Micros t);
+    void onTesterByte(std::uint8_t byte, link::Micros end);
+    void completeFrame(link::Micros end);
+    void handleRequest(const link::Bytes& frame, link::Micros end);
+    void handleStartCommunication(const Request& request, link::Micros end);
+    link::Micros sendFrame(const link::Bytes& frame, link::Micros start);
+    link::Micros lineFreeAt() const;
+    std::optional<link::Micros> frameGapDeadline() const;
+    bool frameComplete() const;
+    std::vector<EcuModel*> unitsByRank();
+    EcuModel* unitAt(std::uint8_t address);
+    void dropSessionIfSilent(link::Micros t);
+
+    link::Clock& clock_;
+    VehicleConfig config_;
+    std::vector<std::unique_ptr<EcuModel>> units_;
+    BusRecord record_;
+    int baud_ = 10400;
+    std::deque<Pending> outgoing_; // ECU bytes and echoes, by time
+    link::Micros testerLineFree_ = 0;
+    bool lineLow_ = false;
+    std::optional<Session> session_;
+    WakeStage wake_ = WakeStage::None;
+    link::Micros wakeDeadline_ = 0;
+    std::uint8_t wakeAddress_ = 0;
+    std::uint8_t expectedInvKb2_ = 0;
+    link::Bytes frame_;            // the tester frame being received
+    link::Micros frameLastByte_ = 0;
+    int requests_ = 0;
+    int wakeUps_ = 0;
+    Fault requestFault_ = Fault::None;
+    link::Micros lastEcuByte_ = 0;
+};
+
+} // namespace kvx::sim
