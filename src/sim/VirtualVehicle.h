@@ -40,6 +40,8 @@ struct VehicleConfig {
     // A pty carries no break: open KWP sessions on a StartCommunication message alone and answer
     // ISO 9141 requests without a 5-baud wake-up.
     bool noBreaks = false;
+    // What a 5-baud wake-up opens: ISO 9141-2 (key bytes 08 08) or ISO 14230 (KB2 0x8F).
+    Protocol slowInit = Protocol::Iso9141;
 };
 
 // A car on a K-line. Passive: it works out what happened on the bus from the clock whenever its
@@ -57,20 +59,18 @@ public:
     const BusRecord& record() const { return record_; }
     link::Clock& clock() const { return clock_; }
 
-    // The tester's side of the bus, used by the wires. Times are bus times (the clock's).
-    void setBaud(int baud) { baud_ = baud; }
+    // The tester's side of the bus, used by the wires. Everything happens at the clock's now().
+    void setBaud(int baud);
     int baud() const { return baud_; }
     void testerBreak(bool on);
     void testerWrite(const link::Bytes& bytes);
-    // Everything that reaches the tester up to now, oldest first (echoes included).
+    // Everything that has reached the tester so far, oldest first (echoes included); taken once.
     link::Bytes takeReceived();
     // When something next reaches the tester or changes inside the vehicle; nullopt when idle.
     std::optional<link::Micros> nextEvent() const;
-    // Brings the vehicle's state up to time t.
+    // Brings the vehicle's state up to time t (never past the clock's now()).
     void settle(link::Micros t);
-    void dropReceived();
     link::Micros byteTime() const;
-
     bool sessionOpen() const { return session_.has_value(); }
 
 private:
@@ -79,45 +79,51 @@ private:
         link::Micros lastActivity;
     };
     struct Pending {
-        link::Micros time;
+        link::Micros time; // end of the byte
         Origin origin;
         std::uint8_t byte;
     };
-    enum class WakeStage { None, FiveBaudLow, FiveBaudAwaitInvKb2, FastAwaitStart };
+    enum class Wake { None, LowPulse, FiveBaud, AwaitInvKb2, AwaitStart };
 
-    void settleInternal(link::Micros t);
-    void finishAddress(link::Micros t);
+    std::optional<link::Micros> nextInternal() const;
+    void processAt(link::Micros t);
+    void beginWakeUp(link::Micros t);
+    void finishAddress();
     void onTesterByte(std::uint8_t byte, link::Micros end);
-    void completeFrame(link::Micros end);
-    void handleRequest(const link::Bytes& frame, link::Micros end);
-    void handleStartCommunication(const Request& request, link::Micros end);
+    void completeFrame();
+    void startCommunication(const Request& request, link::Micros end);
+    void handleRequest(const Request& request, link::Micros end);
+    link::Micros sendByte(std::uint8_t byte, link::Micros start, Origin origin = Origin::Ecu);
     link::Micros sendFrame(const link::Bytes& frame, link::Micros start);
-    link::Micros lineFreeAt() const;
-    std::optional<link::Micros> frameGapDeadline() const;
-    bool frameComplete() const;
-    std::vector<EcuModel*> unitsByRank();
-    EcuModel* unitAt(std::uint8_t address);
+    void openSession(Protocol protocol, link::Micros at);
     void dropSessionIfSilent(link::Micros t);
+    std::optional<Protocol> listeningProtocol() const;
+    std::vector<EcuModel*> unitsByRank() const;
+    void refuseWake(const std::string& why);
 
     link::Clock& clock_;
     VehicleConfig config_;
     std::vector<std::unique_ptr<EcuModel>> units_;
     BusRecord record_;
     int baud_ = 10400;
-    std::deque<Pending> outgoing_; // ECU bytes and echoes, by time
+    std::deque<Pending> outgoing_; // tester bytes, echoes and unit bytes still to happen, by time
+    link::Bytes received_;
     link::Micros testerLineFree_ = 0;
+    link::Micros unitLineFree_ = 0;
     bool lineLow_ = false;
     std::optional<Session> session_;
-    WakeStage wake_ = WakeStage::None;
+    Wake wake_ = Wake::None;
+    link::Micros lowEdge_ = 0;
+    std::vector<link::Micros> wakeEdges_;
     link::Micros wakeDeadline_ = 0;
-    std::uint8_t wakeAddress_ = 0;
     std::uint8_t expectedInvKb2_ = 0;
-    link::Bytes frame_;            // the tester frame being received
+    Fault wakeFault_ = Fault::None;
+    link::Bytes frame_; // the tester frame being received
     link::Micros frameLastByte_ = 0;
     int requests_ = 0;
     int wakeUps_ = 0;
     Fault requestFault_ = Fault::None;
-    link::Micros lastEcuByte_ = 0;
+    std::uint64_t noise_;
 };
 
 } // namespace kvx::sim
