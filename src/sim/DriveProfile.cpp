@@ -46,7 +46,8 @@ EngineState engineStateAt(double seconds, unsigned long long seed)
     const bool driving = t >= kWarmUp;
     const double c = driving ? std::fmod(t - kWarmUp, kCycle) : 0.0;
     const bool accelerating = driving && c < 20;
-    s.speedKmh = driving ? std::max(0.0, speedInCycle(c) + 0.5 * jitter(t, seed, 1)) : 0.0;
+    const double cycleSpeed = driving ? speedInCycle(c) : 0.0;
+    s.speedKmh = cycleSpeed > 1.0 ? cycleSpeed + 0.5 * jitter(t, seed, 1) : cycleSpeed;
 
     // Fast idle while cold, settling to 750 rpm; in gear the speed sets the engine speed.
     const double idle = 750.0 + 450.0 * std::exp(-t / 90.0);

@@ -16,7 +16,7 @@ const std::vector<std::uint8_t> kFreezePids = {0x03, 0x04, 0x05, 0x06, 0x07, 0x0
 
 // History of the car before the session: when the misfire was logged (seconds into the engine
 // run that set it), and how long ago the codes were last cleared.
-constexpr double kFirstFault = 420.0;
+constexpr double kFirstFault = 460.0;
 constexpr double kHistorySinceClear = 3.0 * 3600.0;
 constexpr double kHistoryKmSinceClear = 212.0;
 constexpr double kHistoryKmWithMil = 37.0;

@@ -329,9 +329,10 @@ void VirtualVehicle::completeFrame()
     const link::Micros end = frameLastByte_;
     if (!protocol)
         return;
-    const auto request = parseRequest(*protocol, frame);
+    auto request = parseRequest(*protocol, frame);
     if (!request || request->payload.empty())
         return;
+    request->time = end;
     const bool startMessage = *protocol == Protocol::Kwp2000 && request->payload.front() == 0x81;
     if (wake_ == Wake::AwaitStart) {
         if (startMessage) {
@@ -409,7 +410,7 @@ void VirtualVehicle::handleRequest(const Request& request, link::Micros end)
     link::Micros at = end + gap;
     if (fault == Fault::Noise) {
         // Stray bytes on the line shortly before the first reply.
-        link::Micros t = end + tm.p2 / 3;
+        link::Micros t = end + tm.p1;
         for (int i = 0; i < 2; ++i) {
             noise_ = noise_ * 6364136223846793005ull + 1442695040888963407ull;
             t = sendByte(static_cast<std::uint8_t>(noise_ >> 56), t) + tm.p1;
