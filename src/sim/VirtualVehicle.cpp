@@ -263,12 +263,13 @@ void VirtualVehicle::dropSessionIfSilent(link::Micros t)
 
 std::optional<Protocol> VirtualVehicle::listeningProtocol() const
 {
+    // Without breaks the header is all there is to tell the protocols apart.
+    if (config_.noBreaks && wake_ == Wake::None && !frame_.empty())
+        return frame_.front() == 0x68 ? Protocol::Iso9141 : Protocol::Kwp2000;
     if (session_)
         return session_->protocol;
     if (wake_ == Wake::AwaitStart)
         return Protocol::Kwp2000;
-    if (config_.noBreaks && wake_ == Wake::None && !frame_.empty())
-        return frame_.front() == 0x68 ? Protocol::Iso9141 : Protocol::Kwp2000;
     return std::nullopt;
 }
 
@@ -343,6 +344,8 @@ void VirtualVehicle::completeFrame()
         }
         return;
     }
+    if (config_.noBreaks && session_ && (session_->protocol != *protocol || startMessage))
+        session_.reset();
     if (!session_ && config_.noBreaks) {
         // Without breaks the message itself is the wake-up.
         if (startMessage) {
