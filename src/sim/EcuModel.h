@@ -29,6 +29,9 @@ public:
     virtual std::vector<link::Bytes> answer(const Request& request) = 0;
     // Units with a lower rank answer a functional request first.
     virtual int replyRank() const { return 0; }
+    // The ISO 14230 key bytes it wakes up with; KB1 tells the tester which header forms it takes.
+    virtual std::uint8_t kwpKb1() const { return 0xEF; }
+    virtual std::uint8_t kwpKb2() const { return 0x8F; }
 };
 
 // The negative response payload: 7F, the refused service, the reason.

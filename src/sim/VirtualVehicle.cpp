@@ -27,14 +27,21 @@ bool baudHolds(int baud) { return std::abs(baud - kBusBaud) * 50 <= kBusBaud; }
 
 } // namespace
 
+EcuFactory engineUnit()
+{
+    return [](link::Clock& c, std::uint64_t seed) { return std::make_unique<EngineUnit>(c, seed); };
+}
+
+EcuFactory transmissionUnit()
+{
+    return [](link::Clock& c, std::uint64_t seed) { return std::make_unique<TransmissionUnit>(c, seed); };
+}
+
 VirtualVehicle::VirtualVehicle(link::Clock& clock, VehicleConfig config)
     : clock_(clock), config_(std::move(config)), noise_(config_.seed * 0x9E3779B97F4A7C15ull + 1)
 {
-    if (config_.units.empty()) {
-        config_.units.push_back([](link::Clock& c, std::uint64_t seed) { return std::make_unique<EngineUnit>(c, seed); });
-        config_.units.push_back(
-            [](link::Clock& c, std::uint64_t seed) { return std::make_unique<TransmissionUnit>(c, seed); });
-    }
+    if (config_.units.empty())
+        config_.units = {engineUnit(), transmissionUnit()};
     for (auto& make : config_.units)
         units_.push_back(make(clock_, config_.seed));
 }
@@ -216,9 +223,13 @@ void VirtualVehicle::finishAddress()
     if (!obs.accepted || wakeFault_ == Fault::Silence)
         return;
 
+    // The unit that answers last on the bus (the engine unit) holds the handshake.
     std::uint8_t kb1 = 0x08, kb2 = 0x08;
-    if (config_.slowInit == Protocol::Kwp2000)
-        kb1 = 0xEF, kb2 = 0x8F;
+    if (config_.slowInit == Protocol::Kwp2000 && !units_.empty()) {
+        const EcuModel* lead = unitsByRank().back();
+        kb1 = lead->kwpKb1();
+        kb2 = lead->kwpKb2();
+    }
     if (wakeFault_ == Fault::WrongKeyBytes)
         kb1 = 0x12, kb2 = 0x34;
     const link::Micros addressEnd = lowEdge_ + 10 * kFiveBaudBit;
@@ -236,13 +247,13 @@ void VirtualVehicle::startCommunication(const Request& request, link::Micros end
     if (wakeFault_ == Fault::Silence)
         return;
     link::Micros at = end + config_.timing.p2;
-    const std::uint8_t kb1 = wakeFault_ == Fault::WrongKeyBytes ? 0x12 : 0xEF;
-    const std::uint8_t kb2 = wakeFault_ == Fault::WrongKeyBytes ? 0x34 : 0x8F;
+    const bool wrong = wakeFault_ == Fault::WrongKeyBytes;
     std::optional<link::Micros> last;
     for (EcuModel* unit : unitsByRank()) {
         if (!request.functional && request.target != unit->address())
             continue;
-        last = sendFrame(replyFrame(Protocol::Kwp2000, unit->address(), request.source, {0xC1, kb1, kb2}), at);
+        const link::Bytes positive{0xC1, wrong ? std::uint8_t{0x12} : unit->kwpKb1(), wrong ? std::uint8_t{0x34} : unit->kwpKb2()};
+        last = sendFrame(replyFrame(Protocol::Kwp2000, unit->address(), request.source, positive), at);
         at = *last + config_.timing.p2;
     }
     if (last)

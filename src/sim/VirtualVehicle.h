@@ -30,6 +30,8 @@ struct EcuTiming {
 };
 
 using EcuFactory = std::function<std::unique_ptr<EcuModel>(link::Clock&, std::uint64_t seed)>;
+EcuFactory engineUnit();       // 0x10
+EcuFactory transmissionUnit(); // 0x18
 
 struct VehicleConfig {
     std::uint64_t seed = 1;
