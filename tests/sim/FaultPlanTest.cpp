@@ -7,7 +7,9 @@ namespace {
 
 TEST(FaultPlan, SameSeedSamePlanAndFixedFaultsComeFirst)
 {
-    FaultPlan a{.seed = 7, .rate = 0.3};
+    FaultPlan a;
+    a.seed = 7;
+    a.rate = 0.3;
     FaultPlan b = a;
     FaultPlan c = a;
     c.seed = 8;
@@ -31,7 +33,8 @@ TEST(FaultPlan, ARunOnTheBusRepeatsByteForByte)
 {
     auto run = [](std::uint64_t seed) {
         VehicleConfig cfg;
-        cfg.faults = FaultPlan{.seed = seed, .rate = 0.5};
+        cfg.faults.seed = seed;
+        cfg.faults.rate = 0.5;
         BusTester t(cfg);
         Bytes all;
         for (int i = 0; i < 3; ++i) {
