@@ -52,6 +52,11 @@ TEST(SlowInit, HandshakeBytesAndTheirTimingSitInsideTheWindows)
     EXPECT_EQ(obs.address, 0x33);
     EXPECT_TRUE(obs.accepted);
     EXPECT_EQ(obs.worstBitError, 0);
+    // 0x33 is 1100 1100 from bit 0: six edges, the pairs of equal bits held as one level.
+    std::vector<link::Micros> edges;
+    for (const auto& e : t.vehicle.record().edges())
+        edges.push_back(e.time - obs.lowEdge);
+    EXPECT_EQ(edges, (std::vector<link::Micros>{0, ms(200), ms(600), ms(1000), ms(1400), ms(1800)}));
 
     const auto ecu = t.vehicle.record().bytes(Origin::Ecu);
     ASSERT_EQ(ecu.size(), 4u);
