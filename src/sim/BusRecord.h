@@ -24,6 +24,7 @@ struct InitObservation {
     enum class Kind { FiveBaud, FastInit };
     Kind kind = Kind::FiveBaud;
     link::Micros lowEdge = 0;           // the falling edge that began the wake-up
+    link::Micros idleBefore = -1;       // quiet line before lowEdge since the last byte; -1 if none
     std::vector<link::Micros> bitEdges; // 5-baud: every edge after the start edge
     link::Micros worstBitError = 0;     // 5-baud: largest distance of an edge from its 200 ms grid
     int address = -1;                   // 5-baud: the decoded address, -1 when not decodable

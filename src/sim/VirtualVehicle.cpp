@@ -90,9 +90,7 @@ void VirtualVehicle::testerBreak(bool on)
         wakeEdges_.push_back(t);
         return;
     }
-    InitObservation obs;
-    obs.kind = InitObservation::Kind::FastInit;
-    obs.lowEdge = lowEdge_;
+    InitObservation obs = observe(InitObservation::Kind::FastInit);
     obs.lowWidth = width;
     record_.inits.push_back(obs);
     if (std::llabs(width - kFastLow) > kEdgeTolerance) {
@@ -110,6 +108,12 @@ void VirtualVehicle::beginWakeUp(link::Micros t)
     frame_.clear();
     wake_ = Wake::LowPulse;
     lowEdge_ = t;
+    idleBefore_ = -1;
+    for (auto e = record_.events.rbegin(); e != record_.events.rend(); ++e)
+        if (e->kind == BusEvent::Kind::Byte) {
+            idleBefore_ = t - e->time;
+            break;
+        }
     wakeEdges_.clear();
     wakeFault_ = config_.faults.forWakeUp(wakeUps_++);
 }
@@ -193,6 +197,15 @@ void VirtualVehicle::processAt(link::Micros t)
         refuseWake("no StartCommunication 50 ms after the low edge");
 }
 
+InitObservation VirtualVehicle::observe(InitObservation::Kind kind) const
+{
+    InitObservation obs;
+    obs.kind = kind;
+    obs.lowEdge = lowEdge_;
+    obs.idleBefore = idleBefore_;
+    return obs;
+}
+
 void VirtualVehicle::refuseWake(const std::string& why)
 {
     wake_ = Wake::None;
@@ -204,9 +217,7 @@ void VirtualVehicle::refuseWake(const std::string& why)
 
 void VirtualVehicle::finishAddress()
 {
-    InitObservation obs;
-    obs.kind = InitObservation::Kind::FiveBaud;
-    obs.lowEdge = lowEdge_;
+    InitObservation obs = observe(InitObservation::Kind::FiveBaud);
     obs.bitEdges = wakeEdges_;
     const FiveBaudResult r = decodeFiveBaud(lowEdge_, wakeEdges_, kEdgeTolerance);
     obs.worstBitError = r.worstError;

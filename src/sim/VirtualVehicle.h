@@ -102,6 +102,7 @@ private:
     std::optional<Protocol> listeningProtocol() const;
     std::vector<EcuModel*> unitsByRank() const;
     void refuseWake(const std::string& why);
+    InitObservation observe(InitObservation::Kind kind) const;
 
     link::Clock& clock_;
     VehicleConfig config_;
@@ -116,6 +117,7 @@ private:
     std::optional<Session> session_;
     Wake wake_ = Wake::None;
     link::Micros lowEdge_ = 0;
+    link::Micros idleBefore_ = -1;
     std::vector<link::Micros> wakeEdges_;
     link::Micros wakeDeadline_ = 0;
     std::uint8_t expectedInvKb2_ = 0;

@@ -157,6 +157,7 @@ TEST(Session, GivenUpAfterP3MaxOfSilenceUntilANewWakeUp)
     EXPECT_EQ(t.vehicle.record().sessionDrops.size(), 1u);
     t.clock.sleepFor(ms(300));
     ASSERT_EQ(t.slowInit().size(), 5u);
+    EXPECT_GE(t.vehicle.record().inits.back().idleBefore, ms(300));
     EXPECT_FALSE(t.iso({0x01, 0x0D}).empty());
 }
 
