@@ -37,4 +37,16 @@ public:
 // The negative response payload: 7F, the refused service, the reason.
 inline link::Bytes negative(std::uint8_t service, std::uint8_t code) { return {0x7F, service, code}; }
 
+constexpr std::uint8_t kServiceNotSupported = 0x11;
+constexpr std::uint8_t kSubFunctionNotSupported = 0x12;
+
+// A functional request for something a unit lacks goes unanswered (others may have it);
+// a unit asked by its own address says no.
+inline std::vector<link::Bytes> lacking(const Request& r, std::uint8_t code)
+{
+    if (r.functional)
+        return {};
+    return {negative(r.payload.front(), code)};
+}
+
 } // namespace kvx::sim

@@ -7,9 +7,6 @@ namespace kvx::sim {
 
 namespace {
 
-constexpr std::uint8_t kSubFunctionNotSupported = 0x12;
-constexpr std::uint8_t kServiceNotSupported = 0x11;
-
 // The freeze frame holds the values that matter when a fault is logged.
 const std::vector<std::uint8_t> kFreezePids = {0x03, 0x04, 0x05, 0x06, 0x07, 0x0B, 0x0C,
                                                0x0D, 0x0E, 0x0F, 0x10, 0x11};
@@ -106,6 +103,7 @@ std::vector<link::Bytes> EngineUnit::answer(const Request& r)
     case 0x07: return codes(0x47, pending_);
     case 0x09: return service09(r);
     case 0x3E: return {{0x7E}};
+    // The engine unit speaks for the car when nobody knows a service.
     default: return {negative(r.payload.front(), kServiceNotSupported)};
     }
 }
@@ -116,8 +114,7 @@ std::vector<link::Bytes> EngineUnit::service01(const Request& r)
         return {negative(0x01, kSubFunctionNotSupported)};
     const auto data = encodePid(enginePids(), r.payload[1], contextAt(r.time));
     if (!data)
-        // Functional requests for a parameter a unit lacks go unanswered; a unit asked by name says no.
-        return r.functional ? std::vector<link::Bytes>{} : std::vector<link::Bytes>{negative(0x01, kSubFunctionNotSupported)};
+        return lacking(r, kSubFunctionNotSupported);
     link::Bytes reply{0x41, r.payload[1]};
     reply.insert(reply.end(), data->begin(), data->end());
     return {reply};
@@ -126,7 +123,7 @@ std::vector<link::Bytes> EngineUnit::service01(const Request& r)
 std::vector<link::Bytes> EngineUnit::service02(const Request& r)
 {
     if (r.payload.size() < 3 || r.payload[2] != 0x00)
-        return r.functional ? std::vector<link::Bytes>{} : std::vector<link::Bytes>{negative(0x02, kSubFunctionNotSupported)};
+        return lacking(r, kSubFunctionNotSupported);
     const std::uint8_t pid = r.payload[1];
     link::Bytes reply{0x42, pid, 0x00};
     link::Bytes data;
@@ -214,8 +211,9 @@ std::vector<link::Bytes> EngineUnit::service06(const Request& r)
     std::vector<link::Bytes> frames;
     for (const auto& m : kMonitor)
         if (m.tid == tid)
-            frames.push_back({0x46, tid, m.cid, static_cast<std::uint8_t>(m.value >> 8), static_cast<std::uint8_t>(m.value),
-                              static_cast<std::uint8_t>(m.limit >> 8), static_cast<std::uint8_t>(m.limit)});
+            frames.push_back({0x46, tid, m.cid, static_cast<std::uint8_t>(m.value >> 8),
+                              static_cast<std::uint8_t>(m.value), static_cast<std::uint8_t>(m.limit >> 8),
+                              static_cast<std::uint8_t>(m.limit)});
     return frames;
 }
 
@@ -239,7 +237,7 @@ std::vector<link::Bytes> EngineUnit::service09(const Request& r)
         return frames;
     }
     default:
-        return r.functional ? std::vector<link::Bytes>{} : std::vector<link::Bytes>{negative(0x09, kSubFunctionNotSupported)};
+        return lacking(r, kSubFunctionNotSupported);
     }
 }
 

@@ -31,7 +31,7 @@ link::Bytes o2Sensor(double volts, double trimPct) { return {u8(volts / 0.005), 
 
 const std::vector<PidEntry> kEngine = {
     {0x01, monitorStatus},
-    {0x03, [](const PidContext& c) { return link::Bytes{static_cast<std::uint8_t>(c.state.closedLoop ? 0x02 : 0x01), 0x00}; }},
+    {0x03, [](const PidContext& c) { return link::Bytes{c.state.closedLoop ? std::uint8_t{0x02} : std::uint8_t{0x01}, 0}; }},
     {0x04, [](const PidContext& c) { return one(pct(c.state.loadPct)); }},
     {0x05, [](const PidContext& c) { return one(temp(c.state.coolantC)); }},
     {0x06, [](const PidContext& c) { return one(trim(c.state.shortTrimPct)); }},

@@ -26,12 +26,12 @@ std::vector<link::Bytes> TransmissionUnit::answer(const Request& r)
     switch (service) {
     case 0x01: {
         if (r.payload.size() < 2)
-            return {negative(service, 0x12)};
+            return {negative(service, kSubFunctionNotSupported)};
         PidContext ctx;
         ctx.state = engineStateAt(static_cast<double>(r.time - start_) / 1e6, seed_);
         const auto data = encodePid(kGearbox, r.payload[1], ctx);
         if (!data)
-            return r.functional ? std::vector<link::Bytes>{} : std::vector<link::Bytes>{negative(service, 0x12)};
+            return lacking(r, kSubFunctionNotSupported);
         link::Bytes reply{0x41, r.payload[1]};
         reply.insert(reply.end(), data->begin(), data->end());
         return {reply};
@@ -41,8 +41,7 @@ std::vector<link::Bytes> TransmissionUnit::answer(const Request& r)
     case 0x04: return {{0x44}};
     case 0x3E: return {{0x7E}};
     default:
-        // Functional requests for services the gearbox lacks are left to the engine unit.
-        return r.functional ? std::vector<link::Bytes>{} : std::vector<link::Bytes>{negative(service, 0x11)};
+        return lacking(r, kServiceNotSupported);
     }
 }
 

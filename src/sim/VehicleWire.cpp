@@ -24,7 +24,8 @@ public:
     {
         requireOpen();
         if (baud <= 0)
-            throw link::LinkError(link::LinkError::Kind::BaudRefused, "The baud rate " + std::to_string(baud) + " is not a rate.");
+            throw link::LinkError(link::LinkError::Kind::BaudRefused,
+                                  "The baud rate " + std::to_string(baud) + " is not a rate.");
         vehicle_.setBaud(baud);
     }
 

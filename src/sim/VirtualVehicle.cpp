@@ -263,7 +263,8 @@ void VirtualVehicle::startCommunication(const Request& request, link::Micros end
     for (EcuModel* unit : unitsByRank()) {
         if (!request.functional && request.target != unit->address())
             continue;
-        const link::Bytes positive{0xC1, wrong ? std::uint8_t{0x12} : unit->kwpKb1(), wrong ? std::uint8_t{0x34} : unit->kwpKb2()};
+        const link::Bytes positive{0xC1, wrong ? std::uint8_t{0x12} : unit->kwpKb1(),
+                                   wrong ? std::uint8_t{0x34} : unit->kwpKb2()};
         last = sendFrame(replyFrame(Protocol::Kwp2000, unit->address(), request.source, positive), at);
         at = *last + config_.timing.p2;
     }
