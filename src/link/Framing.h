@@ -1,0 +1,55 @@
+#pragma once
+
+#include "link/Clock.h"
+#include "link/Hex.h"
+#include "link/KeyBytes.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace kvx::link {
+
+enum class LineKind { Iso9141, Kwp };
+
+struct TimedByte {
+    std::uint8_t value = 0;
+    Micros time = 0; // when the tester received it
+};
+
+struct DroppedBytes {
+    Bytes bytes;
+    Micros time = 0;
+    std::string reason;
+};
+
+// The frames found in what the units sent after one request, in order, and what was thrown away.
+struct FrameCut {
+    std::vector<Bytes> frames;
+    std::vector<DroppedBytes> dropped;
+    // The last bytes look like the start of a frame still arriving.
+    bool incompleteTail = false;
+};
+
+// Frames a generic request that holds its three header bytes: the checksum is added, and on
+// ISO 14230 the length is written in the format byte or in a length byte as the session allows.
+Bytes encodeRequest(LineKind kind, const Bytes& request, const HeaderForm& form);
+// Frames a body that starts with its own length byte, addressed from source to target.
+Bytes encodeBody(const HeaderForm& form, std::uint8_t target, std::uint8_t source, const Bytes& body);
+
+// Cuts received bytes into frames: ISO 14230 by the length in the format or length byte, ISO 9141
+// by checksum and the header of the next frame, with the gaps between bytes as the last resort.
+// Frames with a bad checksum and stray bytes are dropped.
+FrameCut cutFrames(LineKind kind, const std::vector<TimedByte>& bytes);
+
+// The payload (service byte onwards, checksum excluded) of a whole frame.
+Bytes payloadOf(LineKind kind, const Bytes& frame);
+// A 7F .. 78 reply: the unit is busy and will answer later.
+bool isResponsePending(LineKind kind, const Bytes& frame);
+// An ISO 14230 frame with its length in a byte of its own is rewritten with the length in the
+// format byte (when it fits), so the source and service keep their usual text positions.
+Bytes withLengthInFormat(const Bytes& frame);
+// The length byte followed by the payload: the text form of replies to bodies.
+Bytes bodyOf(LineKind kind, const Bytes& frame);
+
+} // namespace kvx::link

@@ -1,0 +1,214 @@
+#include "link/KLineEngine.h"
+
+#include "link/KLineTiming.h"
+#include "link/LinkError.h"
+#include "link/ReplyCollector.h"
+
+#include <algorithm>
+#include <charconv>
+
+namespace kvx::link {
+
+using namespace kline;
+
+namespace {
+// Long waits are cut into slices this long so a window stays responsive between them.
+constexpr Micros kIdleSlice = ms(10);
+constexpr Micros kTiniHNominal = kTWuP - kTiniL;
+} // namespace
+
+// Marks the engine busy for one exchange; a port close asked for meanwhile happens at its end.
+class KLineEngine::Busy {
+public:
+    explicit Busy(KLineEngine& e) : e_(e)
+    {
+        if (e_.busy_)
+            throw LinkError(LinkError::Kind::BadRequest, "The link is busy with another exchange; try again when it ends.");
+        e_.busy_ = true;
+    }
+    ~Busy()
+    {
+        e_.busy_ = false;
+        if (e_.io_)
+            e_.lastActivity_ = e_.io_->lastActivity();
+        if (e_.closePending_)
+            e_.closeNow();
+    }
+
+private:
+    KLineEngine& e_;
+};
+
+KLineEngine::KLineEngine(WireFactory& wires, Clock& clock) : wires_(wires), clock_(clock) {}
+
+KLineEngine::~KLineEngine()
+{
+    if (wire_ && wire_->isOpen())
+        wire_->close();
+}
+
+void KLineEngine::setP4(int msValue)
+{
+    // A pause beyond P4max lets a unit take the request as finished, so longer settings are held to it.
+    p4_ = std::clamp<Micros>(ms(msValue), 0, kP4Max);
+}
+
+void KLineEngine::setInterByte(int msValue)
+{
+    // InterByteDelay is the tester's margin beyond W4min before it sends the inverted KB2.
+    w4_ = std::clamp<Micros>(kW4Min + ms(msValue), kW4Min, kW4Max);
+}
+
+void KLineEngine::setKwpInitDelay(const std::string& msText)
+{
+    // Kwp2000InitDelay is the line's high time between the fast-init low pulse and StartCommunication,
+    // held to 25 ± 1 ms so the wake-up pattern stays inside its window; text that is no number is ignored.
+    int v = 0;
+    const auto [end, ec] = std::from_chars(msText.data(), msText.data() + msText.size(), v);
+    if (ec != std::errc() || end == msText.data())
+        return;
+    kwpHigh_ = std::clamp<Micros>(ms(v), kTiniHNominal - kFastInitTolerance, kTiniHNominal + kFastInitTolerance);
+}
+
+void KLineEngine::idleUntil(Micros t)
+{
+    if (!idle_) {
+        clock_.sleepUntil(t);
+        return;
+    }
+    while (clock_.now() < t) {
+        idle_();
+        clock_.sleepUntil(std::min(t, clock_.now() + kIdleSlice));
+    }
+}
+
+void KLineEngine::openPort(int port, bool reconnect)
+{
+    if (wire_ && wire_->isOpen() && port == port_) {
+        if (trace_)
+            trace_->note(clock_.now(), reconnect ? "waking the unit again on the open port" : "port already open");
+        return;
+    }
+    closeNow();
+    closePending_ = false;
+    wire_ = wires_ ? wires_(port) : nullptr;
+    if (!wire_)
+        throw LinkError(LinkError::Kind::PortOpen, "There is no port " + std::to_string(port) + ".");
+    wire_->open();
+    port_ = port;
+    // The bus may have been busy just before: W5 counts from the opening.
+    lastActivity_ = clock_.now();
+}
+
+WakeUpResult KLineEngine::wakeUp(const WakeUpRequest& rq)
+{
+    if (rq.protocol < 1 || rq.protocol > 3)
+        throw LinkError(LinkError::Kind::BadRequest,
+                        "Protocol " + std::to_string(rq.protocol) + " is not 1, 2 or 3; try the protocols one at a time.");
+    if (!rq.startFrame.empty()) {
+        const Bytes& f = rq.startFrame;
+        if (rq.protocol != 3)
+            throw LinkError(LinkError::Kind::BadRequest, "A start frame needs the KWP2000 fast init (protocol 3).");
+        if (f.size() < 5 || (f[0] & 0xC0) == 0 || checksum(Bytes(f.begin(), f.end() - 1)) != f.back())
+            throw LinkError(LinkError::Kind::BadRequest,
+                            "The start frame " + toHex(f) + " is not an addressed message ending in its checksum.");
+    }
+    Busy busy(*this);
+    openPort(rq.port, rq.reconnect);
+    wire_->setBaud(rq.baud);
+    io_ = std::make_unique<ByteLink>(*wire_, clock_, trace_, rq.baud);
+    io_->touch(lastActivity_);
+    kind_.reset();
+    bodyAddresses_.reset();
+
+    const Micros quietFrom = lastActivity_;
+    idleUntil(quietFrom + kW5Min);
+    if (trace_)
+        trace_->timing(clock_.now(), {"W5 (idle before the wake-up)", clock_.now() - quietFrom, kW5Min, kP3Max});
+
+    const WakeUpTiming timing{w4_, kwpHigh_, p4_};
+    WakeUpResult r;
+    if (rq.protocol == 3) {
+        Bytes start = rq.startFrame;
+        if (start.empty()) {
+            start = {0xC1, rq.address, 0xF1, 0x81};
+            start.push_back(checksum(start));
+        }
+        r = fastInit(*io_, clock_, trace_, start, timing);
+        if (r.ok && !rq.startFrame.empty())
+            bodyAddresses_ = std::make_pair(rq.startFrame[1], rq.startFrame[2]);
+    } else {
+        r = fiveBaudInit(*io_, clock_, trace_, rq.address, rq.protocol, timing, idle_);
+    }
+    if (r.ok) {
+        kind_ = r.meaning.kwp ? LineKind::Kwp : LineKind::Iso9141;
+        form_ = r.meaning.form;
+    }
+    return r;
+}
+
+LineKind KLineEngine::kindFor(const Bytes& request) const
+{
+    if (kind_)
+        return *kind_;
+    return !request.empty() && request[0] == 0x68 ? LineKind::Iso9141 : LineKind::Kwp;
+}
+
+Bytes KLineEngine::encode(const Bytes& request) const
+{
+    if (bodyAddresses_)
+        return encodeBody(form_, bodyAddresses_->first, bodyAddresses_->second, request);
+    return encodeRequest(kindFor(request), request, form_);
+}
+
+Bytes KLineEngine::replyForm(const Bytes& frame) const
+{
+    const LineKind kind = kind_.value_or(LineKind::Kwp);
+    if (bodyAddresses_)
+        return bodyOf(kind, frame);
+    return kind == LineKind::Kwp ? withLengthInFormat(frame) : frame;
+}
+
+std::vector<Bytes> KLineEngine::transact(const Bytes& frame)
+{
+    if (!portOpen())
+        throw LinkError(LinkError::Kind::PortLost, "The port is not open: connect to the vehicle first.");
+    if (frame.empty())
+        throw LinkError(LinkError::Kind::BadRequest, "There is no frame to send.");
+    Busy busy(*this);
+    const Micros quietFrom = io_->lastActivity();
+    idleUntil(quietFrom + ms(std::max(p3Ms_, 0)));
+    if (trace_)
+        trace_->timing(clock_.now(), {"P3 (last byte to request)", clock_.now() - quietFrom, ms(std::max(p3Ms_, 0)), kP3Max});
+    io_->discardInput("stray bytes before the request");
+    io_->sendFrame(frame, p4_);
+    const LineKind kind = kind_ ? *kind_ : kindFor(frame);
+    CollectedReplies replies = collectReplies(*io_, kind, trace_);
+    badChecksums_ += replies.badChecksums;
+    return std::move(replies.frames);
+}
+
+bool KLineEngine::portOpen() const { return wire_ && wire_->isOpen() && !closePending_; }
+
+void KLineEngine::closePort()
+{
+    if (busy_) {
+        closePending_ = true;
+        return;
+    }
+    closeNow();
+}
+
+void KLineEngine::closeNow()
+{
+    closePending_ = false;
+    io_.reset();
+    if (wire_ && wire_->isOpen())
+        wire_->close();
+    wire_.reset();
+    port_ = -1;
+    kind_.reset();
+    bodyAddresses_.reset();
+}
+
+} // namespace kvx::link

@@ -1,0 +1,120 @@
+#include "link/LinkSession.h"
+
+#include "link/Hex.h"
+#include "link/KLineEngine.h"
+#include "link/LinkError.h"
+
+namespace kvx::link {
+
+namespace {
+
+Bytes requireHex(const std::string& text, const char* what)
+{
+    auto bytes = fromHex(text);
+    if (!bytes || bytes->empty())
+        throw LinkError(LinkError::Kind::BadRequest, std::string(what) + " '" + text + "' is not hex byte pairs.");
+    return *bytes;
+}
+
+std::string joined(const std::vector<Bytes>& frames)
+{
+    std::string out;
+    for (const auto& f : frames) {
+        if (!out.empty())
+            out += ':';
+        out += toHex(f);
+    }
+    return out;
+}
+
+} // namespace
+
+LinkSession::LinkSession(WireFactory wires, Clock& clock)
+    : wires_(std::move(wires)), clock_(clock), engine_(std::make_unique<KLineEngine>(wires_, clock_))
+{
+    stopwatchStart_ = stopwatchLap_ = clock_.now();
+}
+
+LinkSession::~LinkSession() = default;
+
+bool LinkSession::InitializeEcu(const std::string& wakeAddress, int baudRate, int portNumber, int protocol,
+                                const std::string& startFrame, bool reconnect, std::string& result)
+{
+    WakeUpRequest rq;
+    // The Nissan modes pass no wake-up address; their start frame carries the target.
+    if (!wakeAddress.empty()) {
+        const Bytes a = requireHex(wakeAddress, "The wake-up address");
+        if (a.size() != 1)
+            throw LinkError(LinkError::Kind::BadRequest, "The wake-up address '" + wakeAddress + "' is not one byte.");
+        rq.address = a[0];
+    }
+    rq.baud = baudRate;
+    rq.port = portNumber;
+    rq.protocol = protocol;
+    if (!startFrame.empty())
+        rq.startFrame = requireHex(startFrame, "The start frame");
+    rq.reconnect = reconnect;
+    const WakeUpResult r = engine_->wakeUp(rq);
+    result = r.ok ? r.text : std::string();
+    return r.ok;
+}
+
+std::string LinkSession::EncodeRequest(const std::string& request)
+{
+    return toHex(engine_->encode(requireHex(request, "The request")));
+}
+
+std::string LinkSession::Transact(const std::string& frame)
+{
+    std::vector<Bytes> replies = engine_->transact(requireHex(frame, "The frame"));
+    for (auto& f : replies)
+        f = engine_->replyForm(f);
+    return joined(replies);
+}
+
+std::string LinkSession::DecodeReply(const std::string& raw)
+{
+    // Keeps the messages of a raw reply that are whole hex; a damaged message (from a hand-edited
+    // capture, say) is left out rather than handed to the decoders.
+    std::string out;
+    std::size_t from = 0;
+    while (from <= raw.size()) {
+        std::size_t to = raw.find(':', from);
+        if (to == std::string::npos)
+            to = raw.size();
+        const std::string message = raw.substr(from, to - from);
+        const auto bytes = fromHex(message);
+        if (bytes && !bytes->empty()) {
+            if (!out.empty())
+                out += ':';
+            out += toHex(*bytes);
+        }
+        from = to + 1;
+    }
+    return out;
+}
+
+std::string LinkSession::ComputeChecksum(const std::string& hex) const
+{
+    return toHex(checksum(requireHex(hex, "The message")));
+}
+
+bool LinkSession::IsPortOpen() const { return engine_->portOpen(); }
+
+void LinkSession::ClosePort(int) { engine_->closePort(); }
+
+void LinkSession::SetP3Delay(int ms) { engine_->setP3(ms); }
+int LinkSession::GetP3Delay() const { return engine_->p3(); }
+void LinkSession::SetP4Delay(int ms) { engine_->setP4(ms); }
+void LinkSession::SetInterByteDelay(int ms) { engine_->setInterByte(ms); }
+void LinkSession::SetKwp2000InitDelay(const std::string& ms) { engine_->setKwpInitDelay(ms); }
+
+void LinkSession::StartStopwatch() { stopwatchStart_ = stopwatchLap_ = clock_.now(); }
+void LinkSession::LapStopwatch() { stopwatchLap_ = clock_.now(); }
+// Ten-thousandths of a second between the start and the last lap.
+FixedSeconds LinkSession::ReadStopwatch() const { return (stopwatchLap_ - stopwatchStart_) / 100; }
+
+void LinkSession::setIdleHook(std::function<void()> hook) { engine_->setIdleHook(std::move(hook)); }
+void LinkSession::setTraceSink(TraceSink* sink) { engine_->setTrace(sink); }
+
+} // namespace kvx::link

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "link/Clock.h"
+#include "link/Hex.h"
+
+#include <cstdint>
+#include <string>
+
+namespace kvx::link {
+
+// Who put a byte on the line, as the tester sees it.
+enum class TraceOrigin { Tester, Echo, Ecu };
+
+// A measured time beside the window it must fall in ("W1", "5-baud bit 3", ...).
+struct TraceTiming {
+    std::string name;
+    Micros measured = 0;
+    Micros min = 0;
+    Micros max = 0;
+    bool inside() const { return measured >= min && measured <= max; }
+};
+
+// What a person debugging a cable wants to see: every byte, every line edge, every init timing
+// against its window, and every frame the link threw away.
+class TraceSink {
+public:
+    virtual ~TraceSink() = default;
+    virtual void byte(Micros time, TraceOrigin origin, std::uint8_t value) = 0;
+    virtual void lineLow(Micros time, bool low) = 0;
+    virtual void timing(Micros time, const TraceTiming& t) = 0;
+    virtual void dropped(Micros time, const Bytes& bytes, const std::string& reason) = 0;
+    virtual void note(Micros time, const std::string& text) = 0;
+};
+
+} // namespace kvx::link

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "link/Clock.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace kvx::sim {
+
+// Who put a byte on the K-line: the tester, the interface echoing the tester, or a unit.
+enum class Origin { Tester, Echo, Ecu };
+
+struct BusEvent {
+    enum class Kind { BreakOn, BreakOff, Byte };
+    link::Micros time = 0; // edges: when the line changed; bytes: the end of the stop bit
+    Kind kind = Kind::Byte;
+    Origin origin = Origin::Tester;
+    std::uint8_t byte = 0;
+};
+
+// What the vehicle made of the tester's wake-up, with the times it measured.
+struct InitObservation {
+    enum class Kind { FiveBaud, FastInit };
+    Kind kind = Kind::FiveBaud;
+    link::Micros lowEdge = 0;           // the falling edge that began the wake-up
+    link::Micros idleBefore = -1;       // quiet line before lowEdge since the last byte; -1 if none
+    std::vector<link::Micros> bitEdges; // 5-baud: every edge after the start edge
+    link::Micros worstBitError = 0;     // 5-baud: largest distance of an edge from its 200 ms grid
+    int address = -1;                   // 5-baud: the decoded address, -1 when not decodable
+    link::Micros lowWidth = 0;          // fast init: how long the line was held low
+    link::Micros firstByteAfterLow = -1; // fast init: start of StartCommunication after the low edge
+    bool accepted = false;
+    std::string note;                   // why a wake-up was refused, in plain words
+};
+
+// The bus's own account of everything that happened on it, for measuring timing windows.
+struct BusRecord {
+    std::vector<BusEvent> events;
+    std::vector<InitObservation> inits;
+    std::vector<link::Micros> sessionDrops; // when a unit gave its session up after P3max
+
+    std::vector<BusEvent> bytes(Origin origin) const;
+    std::vector<BusEvent> edges() const;
+};
+
+} // namespace kvx::sim

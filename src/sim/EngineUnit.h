@@ -1,0 +1,57 @@
+#pragma once
+
+#include "link/Clock.h"
+#include "sim/EcuModel.h"
+#include "sim/PidTable.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace kvx::sim {
+
+// A trouble code in its two-byte form (P0301 is 03 01).
+using TroubleCode = std::uint16_t;
+
+// The engine control unit (0x10): a petrol engine with a misfire history, a tired catalyst and a
+// lean long-term trim, answering the J1979 services 01 to 09.
+class EngineUnit : public EcuModel {
+public:
+    EngineUnit(link::Clock& clock, std::uint64_t seed);
+
+    std::uint8_t address() const override { return 0x10; }
+    std::vector<link::Bytes> answer(const Request& request) override;
+    int replyRank() const override { return 1; }
+
+    static constexpr const char* kVin = "KVX1E6TS4R0000913";
+
+private:
+    struct FreezeFrame {
+        TroubleCode code;
+        PidContext context;
+    };
+
+    PidContext contextAt(link::Micros t);
+    double kmAt(double seconds);
+    std::vector<link::Bytes> service01(const Request& r);
+    std::vector<link::Bytes> service02(const Request& r);
+    std::vector<link::Bytes> codes(std::uint8_t reply, const std::vector<TroubleCode>& list) const;
+    std::vector<link::Bytes> clear(const Request& r);
+    std::vector<link::Bytes> service05(const Request& r);
+    std::vector<link::Bytes> service06(const Request& r);
+    std::vector<link::Bytes> service09(const Request& r);
+
+    link::Clock& clock_;
+    std::uint64_t seed_;
+    link::Micros start_;
+    std::vector<TroubleCode> stored_;
+    std::vector<TroubleCode> pending_;
+    std::optional<FreezeFrame> freeze_;
+    double clearedAt_ = 0;        // engine seconds at the last clear
+    double kmDone_ = 0;           // distance integrated up to kmUpTo_
+    double kmUpTo_ = 0;
+    double kmAtClear_ = 0;
+};
+
+} // namespace kvx::sim

@@ -1,0 +1,56 @@
+#include "sim/FaultPlan.h"
+
+namespace kvx::sim {
+
+namespace {
+
+// A stateless mix of seed and exchange number, so a fault never depends on what was asked before.
+std::uint64_t mix(std::uint64_t x)
+{
+    x += 0x9E3779B97F4A7C15ull;
+    x = (x ^ (x >> 30)) * 0xBF58476D1CE4E5B9ull;
+    x = (x ^ (x >> 27)) * 0x94D049BB133111EBull;
+    return x ^ (x >> 31);
+}
+
+const std::vector<Fault> kAllFaults = {
+    Fault::Silence,         Fault::DropSession, Fault::BadChecksum, Fault::Noise,  Fault::NegativeReply,
+    Fault::ResponsePending, Fault::LateReply,   Fault::NoEcho,      Fault::Collision,
+};
+
+Fault draw(const FaultPlan& plan, std::uint64_t stream, int n, const std::vector<Fault>& pool)
+{
+    if (plan.rate <= 0.0 || pool.empty())
+        return Fault::None;
+    const std::uint64_t r = mix(plan.seed ^ mix(stream + static_cast<std::uint64_t>(n)));
+    const double chance = static_cast<double>(r >> 11) / static_cast<double>(1ull << 53);
+    if (chance >= plan.rate)
+        return Fault::None;
+    return pool[mix(r) % pool.size()];
+}
+
+} // namespace
+
+Fault FaultPlan::forRequest(int n) const
+{
+    if (auto it = requests.find(n); it != requests.end())
+        return it->second;
+    std::vector<Fault> pool;
+    for (Fault f : kinds.empty() ? kAllFaults : kinds)
+        if (f != Fault::WrongKeyBytes)
+            pool.push_back(f);
+    return draw(*this, 0x5245510000000000ull, n, pool);
+}
+
+Fault FaultPlan::forWakeUp(int n) const
+{
+    if (auto it = wakeUps.find(n); it != wakeUps.end())
+        return it->second;
+    std::vector<Fault> pool;
+    for (Fault f : kinds.empty() ? std::vector<Fault>{Fault::WrongKeyBytes, Fault::Silence} : kinds)
+        if (f == Fault::WrongKeyBytes || f == Fault::Silence)
+            pool.push_back(f);
+    return draw(*this, 0x57414B4500000000ull, n, pool);
+}
+
+} // namespace kvx::sim

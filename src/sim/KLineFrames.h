@@ -1,0 +1,22 @@
+#pragma once
+
+#include "link/Hex.h"
+#include "sim/EcuModel.h"
+
+#include <cstddef>
+#include <optional>
+
+namespace kvx::sim {
+
+// How many bytes the tester frame in progress will have, once its first bytes tell; nullopt while
+// that is not known yet (or never will be: an ISO 9141 request of a service without a fixed size).
+std::optional<std::size_t> expectedFrameSize(Protocol protocol, const link::Bytes& partial);
+
+// Takes a whole tester frame apart; nullopt when the checksum or the header is wrong.
+std::optional<Request> parseRequest(Protocol protocol, const link::Bytes& frame);
+
+// A unit's reply frame: ISO 9141 "48 6B <unit>", ISO 14230 with addresses and the length in the
+// format byte (a separate length byte beyond 63 bytes); checksum appended.
+link::Bytes replyFrame(Protocol protocol, std::uint8_t unit, std::uint8_t tester, const link::Bytes& payload);
+
+} // namespace kvx::sim

@@ -1,0 +1,48 @@
+#include "sim/TransmissionUnit.h"
+
+#include "sim/DriveProfile.h"
+#include "sim/PidTable.h"
+
+namespace kvx::sim {
+
+namespace {
+
+const std::vector<PidEntry> kGearbox = {
+    {0x01, [](const PidContext&) { return link::Bytes{0x00, 0x00, 0x00, 0x00}; }},
+    {0x0D, [](const PidContext& c) { return link::Bytes{static_cast<std::uint8_t>(c.state.speedKmh + 0.5)}; }},
+    {0x1C, [](const PidContext&) { return link::Bytes{0x06}; }},
+};
+
+} // namespace
+
+TransmissionUnit::TransmissionUnit(link::Clock& clock, std::uint64_t seed)
+    : seed_(seed), start_(clock.now())
+{
+}
+
+std::vector<link::Bytes> TransmissionUnit::answer(const Request& r)
+{
+    const std::uint8_t service = r.payload.front();
+    switch (service) {
+    case 0x01: {
+        if (r.payload.size() < 2)
+            return {negative(service, kSubFunctionNotSupported)};
+        PidContext ctx;
+        ctx.state = engineStateAt(static_cast<double>(r.time - start_) / 1e6, seed_);
+        const auto data = encodePid(kGearbox, r.payload[1], ctx);
+        if (!data)
+            return lacking(r, kSubFunctionNotSupported);
+        link::Bytes reply{0x41, r.payload[1]};
+        reply.insert(reply.end(), data->begin(), data->end());
+        return {reply};
+    }
+    case 0x03: return {{0x43, 0, 0, 0, 0, 0, 0}};
+    case 0x07: return {{0x47, 0, 0, 0, 0, 0, 0}};
+    case 0x04: return {{0x44}};
+    case 0x3E: return {{0x7E}};
+    default:
+        return lacking(r, kServiceNotSupported);
+    }
+}
+
+} // namespace kvx::sim

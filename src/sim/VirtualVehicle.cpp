@@ -1,0 +1,487 @@
+#include "sim/VirtualVehicle.h"
+
+#include "sim/EngineUnit.h"
+#include "sim/FiveBaudDecoder.h"
+#include "sim/KLineFrames.h"
+#include "sim/TransmissionUnit.h"
+
+#include <algorithm>
+#include <cstdlib>
+
+namespace kvx::sim {
+
+namespace {
+
+constexpr int kBusBaud = 10400;
+constexpr std::uint8_t kObdAddress = 0x33;
+constexpr link::Micros kEdgeTolerance = link::ms(10);
+constexpr link::Micros kFastLow = link::ms(25);
+constexpr link::Micros kFastWakeUp = link::ms(50);
+// Shorter lows than this are fast-init pulses; a 5-baud start bit lasts 200 ms.
+constexpr link::Micros kLongestPulse = link::ms(100);
+// A tester frame ends when no byte follows for this long (P4 allows at most 20 ms between bytes).
+constexpr link::Micros kFrameGap = link::ms(25);
+constexpr link::Micros kInvKb2Wait = link::ms(1000);
+
+bool baudHolds(int baud) { return std::abs(baud - kBusBaud) * 50 <= kBusBaud; }
+
+} // namespace
+
+EcuFactory engineUnit()
+{
+    return [](link::Clock& c, std::uint64_t seed) { return std::make_unique<EngineUnit>(c, seed); };
+}
+
+EcuFactory transmissionUnit()
+{
+    return [](link::Clock& c, std::uint64_t seed) { return std::make_unique<TransmissionUnit>(c, seed); };
+}
+
+VirtualVehicle::VirtualVehicle(link::Clock& clock, VehicleConfig config)
+    : clock_(clock), config_(std::move(config)), noise_(config_.seed * 0x9E3779B97F4A7C15ull + 1)
+{
+    if (config_.units.empty())
+        config_.units = {engineUnit(), transmissionUnit()};
+    for (auto& make : config_.units)
+        units_.push_back(make(clock_, config_.seed));
+}
+
+VirtualVehicle::~VirtualVehicle() = default;
+
+link::Micros VirtualVehicle::byteTime() const
+{
+    // Ten bits: start, eight data, stop.
+    return (10'000'000 + baud_ / 2) / std::max(baud_, 1);
+}
+
+void VirtualVehicle::setBaud(int baud)
+{
+    settle(clock_.now());
+    baud_ = baud;
+}
+
+// ---- the tester's side --------------------------------------------------------------------
+
+void VirtualVehicle::testerBreak(bool on)
+{
+    const link::Micros t = clock_.now();
+    settle(t);
+    if (on == lineLow_)
+        return;
+    lineLow_ = on;
+    record_.events.push_back({t, on ? BusEvent::Kind::BreakOn : BusEvent::Kind::BreakOff, Origin::Tester, 0});
+    if (on && wake_ != Wake::FiveBaud) {
+        beginWakeUp(t);
+        return;
+    }
+    if (on) {
+        wakeEdges_.push_back(t);
+        return;
+    }
+    if (wake_ == Wake::FiveBaud) {
+        wakeEdges_.push_back(t);
+        return;
+    }
+    if (wake_ != Wake::LowPulse)
+        return;
+    const link::Micros width = t - lowEdge_;
+    if (width >= kLongestPulse) {
+        wake_ = Wake::FiveBaud;
+        wakeEdges_.push_back(t);
+        return;
+    }
+    InitObservation obs = observe(InitObservation::Kind::FastInit);
+    obs.lowWidth = width;
+    record_.inits.push_back(obs);
+    if (std::llabs(width - kFastLow) > kEdgeTolerance) {
+        refuseWake("the fast-init low pulse was not 25 ms");
+        return;
+    }
+    wake_ = Wake::AwaitStart;
+    wakeDeadline_ = lowEdge_ + kFastWakeUp + kEdgeTolerance;
+}
+
+void VirtualVehicle::beginWakeUp(link::Micros t)
+{
+    // Any wake-up pattern ends what went before: units listen for a new session.
+    session_.reset();
+    frame_.clear();
+    wake_ = Wake::LowPulse;
+    lowEdge_ = t;
+    idleBefore_ = -1;
+    for (auto e = record_.events.rbegin(); e != record_.events.rend(); ++e)
+        if (e->kind == BusEvent::Kind::Byte) {
+            idleBefore_ = t - e->time;
+            break;
+        }
+    wakeEdges_.clear();
+    wakeFault_ = config_.faults.forWakeUp(wakeUps_++);
+}
+
+void VirtualVehicle::testerWrite(const link::Bytes& bytes)
+{
+    const link::Micros t = clock_.now();
+    settle(t);
+    link::Micros start = std::max(t, testerLineFree_);
+    for (std::uint8_t b : bytes) {
+        const link::Micros end = start + byteTime();
+        auto at = std::upper_bound(outgoing_.begin(), outgoing_.end(), end,
+                                   [](link::Micros v, const Pending& p) { return v < p.time; });
+        outgoing_.insert(at, {end, Origin::Tester, b});
+        start = end;
+    }
+    testerLineFree_ = start;
+}
+
+link::Bytes VirtualVehicle::takeReceived()
+{
+    link::Bytes out;
+    out.swap(received_);
+    return out;
+}
+
+std::optional<link::Micros> VirtualVehicle::nextInternal() const
+{
+    std::optional<link::Micros> next;
+    auto consider = [&next](link::Micros t) {
+        if (!next || t < *next)
+            next = t;
+    };
+    if (!outgoing_.empty())
+        consider(outgoing_.front().time);
+    if (wake_ == Wake::LowPulse || wake_ == Wake::FiveBaud)
+        consider(lowEdge_ + 10 * kFiveBaudBit);
+    if ((wake_ == Wake::AwaitInvKb2 || wake_ == Wake::AwaitStart) && frame_.empty())
+        consider(wakeDeadline_);
+    if (!frame_.empty())
+        consider(frameLastByte_ + kFrameGap);
+    return next;
+}
+
+std::optional<link::Micros> VirtualVehicle::nextEvent() const { return nextInternal(); }
+
+void VirtualVehicle::settle(link::Micros t)
+{
+    for (auto next = nextInternal(); next && *next <= t; next = nextInternal())
+        processAt(*next);
+    dropSessionIfSilent(t);
+}
+
+void VirtualVehicle::processAt(link::Micros t)
+{
+    if (!outgoing_.empty() && outgoing_.front().time == t) {
+        const Pending p = outgoing_.front();
+        outgoing_.pop_front();
+        record_.events.push_back({p.time, BusEvent::Kind::Byte, p.origin, p.byte});
+        if (p.origin == Origin::Tester)
+            onTesterByte(p.byte, p.time);
+        else
+            // A unit's byte sent at another rate than the tester's arrives as garbage.
+            received_.push_back(p.origin == Origin::Ecu && !baudHolds(baud_) ? static_cast<std::uint8_t>(p.byte ^ 0xA5)
+                                                                              : p.byte);
+        return;
+    }
+    if ((wake_ == Wake::LowPulse || wake_ == Wake::FiveBaud) && t == lowEdge_ + 10 * kFiveBaudBit) {
+        finishAddress();
+        return;
+    }
+    if (!frame_.empty() && t == frameLastByte_ + kFrameGap) {
+        completeFrame();
+        return;
+    }
+    if (wake_ == Wake::AwaitInvKb2 && t == wakeDeadline_) {
+        refuseWake("no inverted KB2 from the tester");
+        return;
+    }
+    if (wake_ == Wake::AwaitStart && t == wakeDeadline_)
+        refuseWake("no StartCommunication 50 ms after the low edge");
+}
+
+InitObservation VirtualVehicle::observe(InitObservation::Kind kind) const
+{
+    InitObservation obs;
+    obs.kind = kind;
+    obs.lowEdge = lowEdge_;
+    obs.idleBefore = idleBefore_;
+    return obs;
+}
+
+void VirtualVehicle::refuseWake(const std::string& why)
+{
+    wake_ = Wake::None;
+    if (!record_.inits.empty() && record_.inits.back().note.empty())
+        record_.inits.back().note = why;
+}
+
+// ---- wake-ups -----------------------------------------------------------------------------
+
+void VirtualVehicle::finishAddress()
+{
+    InitObservation obs = observe(InitObservation::Kind::FiveBaud);
+    obs.bitEdges = wakeEdges_;
+    const FiveBaudResult r = decodeFiveBaud(lowEdge_, wakeEdges_, kEdgeTolerance);
+    obs.worstBitError = r.worstError;
+    obs.address = r.address.value_or(-1);
+    wake_ = Wake::None;
+    if (lineLow_)
+        obs.note = "the line was still low at the stop bit";
+    else if (!r.address)
+        obs.note = "the edges do not fall on the 200 ms bit grid";
+    else if (*r.address != kObdAddress)
+        obs.note = "no unit answers that address";
+    obs.accepted = obs.note.empty();
+    record_.inits.push_back(obs);
+    if (!obs.accepted || wakeFault_ == Fault::Silence)
+        return;
+
+    // The unit that answers last on the bus (the engine unit) holds the handshake.
+    std::uint8_t kb1 = 0x08, kb2 = 0x08;
+    if (config_.slowInit == Protocol::Kwp2000 && !units_.empty()) {
+        const EcuModel* lead = unitsByRank().back();
+        kb1 = lead->kwpKb1();
+        kb2 = lead->kwpKb2();
+    }
+    if (wakeFault_ == Fault::WrongKeyBytes)
+        kb1 = 0x12, kb2 = 0x34;
+    const link::Micros addressEnd = lowEdge_ + 10 * kFiveBaudBit;
+    link::Micros end = sendByte(0x55, addressEnd + config_.timing.w1);
+    end = sendByte(kb1, end + config_.timing.w2);
+    end = sendByte(kb2, end + config_.timing.w3);
+    wake_ = Wake::AwaitInvKb2;
+    expectedInvKb2_ = static_cast<std::uint8_t>(~kb2);
+    wakeDeadline_ = end + kInvKb2Wait;
+}
+
+void VirtualVehicle::startCommunication(const Request& request, link::Micros end)
+{
+    wake_ = Wake::None;
+    if (wakeFault_ == Fault::Silence)
+        return;
+    link::Micros at = end + config_.timing.p2;
+    const bool wrong = wakeFault_ == Fault::WrongKeyBytes;
+    std::optional<link::Micros> last;
+    for (EcuModel* unit : unitsByRank()) {
+        if (!request.functional && request.target != unit->address())
+            continue;
+        const link::Bytes positive{0xC1, wrong ? std::uint8_t{0x12} : unit->kwpKb1(),
+                                   wrong ? std::uint8_t{0x34} : unit->kwpKb2()};
+        last = sendFrame(replyFrame(Protocol::Kwp2000, unit->address(), request.source, positive), at);
+        at = *last + config_.timing.p2;
+    }
+    if (last)
+        openSession(Protocol::Kwp2000, *last);
+}
+
+void VirtualVehicle::openSession(Protocol protocol, link::Micros at) { session_ = Session{protocol, at}; }
+
+void VirtualVehicle::dropSessionIfSilent(link::Micros t)
+{
+    if (session_ && t - session_->lastActivity > config_.timing.p3Max) {
+        record_.sessionDrops.push_back(session_->lastActivity + config_.timing.p3Max);
+        session_.reset();
+    }
+}
+
+// ---- tester frames ------------------------------------------------------------------------
+
+std::optional<Protocol> VirtualVehicle::listeningProtocol() const
+{
+    // Without breaks the header is all there is to tell the protocols apart.
+    if (config_.noBreaks && wake_ == Wake::None && !frame_.empty())
+        return frame_.front() == 0x68 ? Protocol::Iso9141 : Protocol::Kwp2000;
+    if (session_)
+        return session_->protocol;
+    if (wake_ == Wake::AwaitStart)
+        return Protocol::Kwp2000;
+    return std::nullopt;
+}
+
+void VirtualVehicle::onTesterByte(std::uint8_t byte, link::Micros end)
+{
+    const link::Micros start = end - byteTime();
+    if (frame_.empty()) {
+        dropSessionIfSilent(start);
+        requestFault_ = session_ ? config_.faults.forRequest(requests_++) : Fault::None;
+    }
+    // The interface hears its own transmission; the faults bend what it hears.
+    if (requestFault_ != Fault::NoEcho) {
+        const bool collide = requestFault_ == Fault::Collision && frame_.empty();
+        outgoing_.push_front({end, Origin::Echo, static_cast<std::uint8_t>(collide ? byte ^ 0x10 : byte)});
+    }
+    if (!baudHolds(baud_))
+        byte ^= 0xA5;
+    if (session_)
+        session_->lastActivity = end;
+
+    if (wake_ == Wake::AwaitInvKb2) {
+        if (byte != expectedInvKb2_) {
+            refuseWake("the tester's inverted KB2 was wrong");
+            return;
+        }
+        wake_ = Wake::None;
+        const link::Micros last = sendByte(static_cast<std::uint8_t>(~kObdAddress), end + config_.timing.w4);
+        openSession(config_.slowInit, last);
+        return;
+    }
+    if (wake_ == Wake::LowPulse || wake_ == Wake::FiveBaud)
+        return;
+    if (wake_ == Wake::AwaitStart && frame_.empty()) {
+        InitObservation& obs = record_.inits.back();
+        obs.firstByteAfterLow = start - lowEdge_;
+        if (std::llabs(obs.firstByteAfterLow - kFastWakeUp) > kEdgeTolerance) {
+            refuseWake("StartCommunication did not begin 50 ms after the low edge");
+            return;
+        }
+    }
+    frame_.push_back(byte);
+    frameLastByte_ = end;
+    const auto protocol = listeningProtocol();
+    if (!protocol) {
+        frame_.clear();
+        return;
+    }
+    const auto size = expectedFrameSize(*protocol, frame_);
+    if ((size && frame_.size() >= *size) || frame_.size() > 260)
+        completeFrame();
+}
+
+void VirtualVehicle::completeFrame()
+{
+    const auto protocol = listeningProtocol();
+    const link::Bytes frame = std::move(frame_);
+    frame_.clear();
+    const link::Micros end = frameLastByte_;
+    if (!protocol)
+        return;
+    auto request = parseRequest(*protocol, frame);
+    if (!request || request->payload.empty())
+        return;
+    request->time = end;
+    const bool startMessage = *protocol == Protocol::Kwp2000 && request->payload.front() == 0x81;
+    if (wake_ == Wake::AwaitStart) {
+        if (startMessage) {
+            record_.inits.back().accepted = true;
+            startCommunication(*request, end);
+        } else {
+            refuseWake("the first message after the fast-init pulse was not StartCommunication");
+        }
+        return;
+    }
+    if (config_.noBreaks && session_ && (session_->protocol != *protocol || startMessage))
+        session_.reset();
+    if (!session_ && config_.noBreaks) {
+        // Without breaks the message itself is the wake-up.
+        if (startMessage) {
+            wakeFault_ = config_.faults.forWakeUp(wakeUps_++);
+            InitObservation obs;
+            obs.kind = InitObservation::Kind::FastInit;
+            obs.lowEdge = end;
+            obs.accepted = true;
+            obs.note = "StartCommunication without a low pulse";
+            record_.inits.push_back(obs);
+            startCommunication(*request, end);
+            return;
+        }
+        if (*protocol == Protocol::Kwp2000)
+            return;
+        openSession(Protocol::Iso9141, end);
+    }
+    if (!session_)
+        return;
+    handleRequest(*request, end);
+}
+
+// ---- replies ------------------------------------------------------------------------------
+
+std::vector<EcuModel*> VirtualVehicle::unitsByRank() const
+{
+    std::vector<EcuModel*> out;
+    for (const auto& u : units_)
+        out.push_back(u.get());
+    std::stable_sort(out.begin(), out.end(), [](auto* a, auto* b) { return a->replyRank() < b->replyRank(); });
+    return out;
+}
+
+void VirtualVehicle::handleRequest(const Request& request, link::Micros end)
+{
+    const Fault fault = requestFault_;
+    const EcuTiming& tm = config_.timing;
+    if (fault == Fault::Silence)
+        return;
+    if (fault == Fault::DropSession) {
+        record_.sessionDrops.push_back(end);
+        session_.reset();
+        return;
+    }
+    const std::uint8_t service = request.payload.front();
+    if (request.protocol == Protocol::Kwp2000 && service == 0x81) {
+        // A StartCommunication inside a session is answered as a new start.
+        startCommunication(request, end);
+        return;
+    }
+
+    struct Answer {
+        EcuModel* unit;
+        std::vector<link::Bytes> payloads;
+    };
+    std::vector<Answer> answers;
+    for (EcuModel* unit : unitsByRank()) {
+        if (!request.functional && request.target != unit->address())
+            continue;
+        auto payloads = unit->answer(request);
+        if (!payloads.empty())
+            answers.push_back({unit, std::move(payloads)});
+    }
+    const link::Micros gap = fault == Fault::LateReply ? tm.p2Late : tm.p2;
+    link::Micros at = end + gap;
+    if (fault == Fault::Noise) {
+        // Stray bytes on the line shortly before the first reply.
+        link::Micros t = end + tm.p1;
+        for (int i = 0; i < 2; ++i) {
+            noise_ = noise_ * 6364136223846793005ull + 1442695040888963407ull;
+            t = sendByte(static_cast<std::uint8_t>(noise_ >> 56), t) + tm.p1;
+        }
+    }
+    for (std::size_t i = 0; i < answers.size(); ++i) {
+        Answer& a = answers[i];
+        // Faults of the reply strike the unit that answers last (the engine unit).
+        const bool struck = i + 1 == answers.size();
+        if (struck && fault == Fault::NegativeReply)
+            a.payloads = {negative(service, 0x22)};
+        if (struck && fault == Fault::ResponsePending) {
+            const link::Micros last =
+                sendFrame(replyFrame(request.protocol, a.unit->address(), request.source, negative(service, 0x78)), at);
+            at = last + tm.pending;
+        }
+        for (std::size_t k = 0; k < a.payloads.size(); ++k) {
+            link::Bytes frame = replyFrame(request.protocol, a.unit->address(), request.source, a.payloads[k]);
+            if (struck && fault == Fault::BadChecksum && k + 1 == a.payloads.size())
+                frame.back() = static_cast<std::uint8_t>(frame.back() + 1);
+            at = sendFrame(frame, at) + gap;
+        }
+    }
+}
+
+link::Micros VirtualVehicle::sendByte(std::uint8_t byte, link::Micros start, Origin origin)
+{
+    const link::Micros end = std::max(start, unitLineFree_) + byteTime();
+    auto at = std::upper_bound(outgoing_.begin(), outgoing_.end(), end,
+                               [](link::Micros v, const Pending& p) { return v < p.time; });
+    outgoing_.insert(at, {end, origin, byte});
+    unitLineFree_ = end;
+    if (session_)
+        session_->lastActivity = std::max(session_->lastActivity, end);
+    return end;
+}
+
+link::Micros VirtualVehicle::sendFrame(const link::Bytes& frame, link::Micros start)
+{
+    link::Micros end = start;
+    for (std::size_t i = 0; i < frame.size(); ++i)
+        end = sendByte(frame[i], i == 0 ? start : end + config_.timing.p1);
+    if (session_)
+        session_->lastActivity = std::max(session_->lastActivity, end);
+    return end;
+}
+
+} // namespace kvx::sim

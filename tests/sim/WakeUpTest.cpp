@@ -1,0 +1,202 @@
+#include "BusTester.h"
+#include "sim/FiveBaudDecoder.h"
+
+#include <gtest/gtest.h>
+
+namespace kvx::sim::test {
+namespace {
+
+// Edges of a 5-baud byte as a tester makes them, each moved by skew.
+std::vector<link::Micros> edgesOf(std::uint8_t address, link::Micros skew)
+{
+    std::vector<link::Micros> edges;
+    bool low = true;
+    for (int i = 1; i <= 9; ++i) {
+        const bool bitLow = i <= 8 ? !((address >> (i - 1)) & 1) : false;
+        if (bitLow != low) {
+            edges.push_back(i * kFiveBaudBit + skew);
+            low = bitLow;
+        }
+    }
+    return edges;
+}
+
+TEST(FiveBaudDecoder, ReadsAddressesWhateverTheirRunsOfEqualBits)
+{
+    for (int address : {0x33, 0x00, 0xFF, 0x55, 0x80, 0x01, 0x10}) {
+        for (link::Micros skew : {link::ms(-9), link::Micros{0}, link::ms(9)}) {
+            const auto r = decodeFiveBaud(0, edgesOf(static_cast<std::uint8_t>(address), skew), link::ms(10));
+            ASSERT_TRUE(r.address) << std::hex << address << " skew " << skew;
+            EXPECT_EQ(*r.address, address);
+            EXPECT_EQ(r.worstError, std::llabs(skew));
+        }
+    }
+}
+
+TEST(FiveBaudDecoder, RefusesEdgesOffTheBitGridAndALowStopBit)
+{
+    EXPECT_FALSE(decodeFiveBaud(0, edgesOf(0x33, link::ms(15)), link::ms(10)).address);
+    // 0x00 with the line never released: the stop bit would be low.
+    EXPECT_FALSE(decodeFiveBaud(0, {}, link::ms(10)).address);
+    // An edge at 300 ms lies between two bit boundaries.
+    EXPECT_FALSE(decodeFiveBaud(0, {link::ms(300), link::ms(600)}, link::ms(10)).address);
+}
+
+TEST(SlowInit, HandshakeBytesAndTheirTimingSitInsideTheWindows)
+{
+    BusTester t;
+    const Bytes got = t.slowInit();
+    ASSERT_EQ(got, (Bytes{0x55, 0x08, 0x08, 0xF7, 0xCC}));
+    ASSERT_EQ(t.vehicle.record().inits.size(), 1u);
+    const InitObservation& obs = t.vehicle.record().inits[0];
+    EXPECT_EQ(obs.address, 0x33);
+    EXPECT_TRUE(obs.accepted);
+    EXPECT_EQ(obs.worstBitError, 0);
+    // 0x33 is 1100 1100 from bit 0: six edges, the pairs of equal bits held as one level.
+    std::vector<link::Micros> edges;
+    for (const auto& e : t.vehicle.record().edges())
+        edges.push_back(e.time - obs.lowEdge);
+    EXPECT_EQ(edges, (std::vector<link::Micros>{0, ms(200), ms(600), ms(1000), ms(1400), ms(1800)}));
+
+    const auto ecu = t.vehicle.record().bytes(Origin::Ecu);
+    ASSERT_EQ(ecu.size(), 4u);
+    const link::Micros byte = t.vehicle.byteTime();
+    const link::Micros addressEnd = obs.lowEdge + 10 * kFiveBaudBit;
+    const link::Micros w1 = ecu[0].time - byte - addressEnd;
+    const link::Micros w2 = ecu[1].time - byte - ecu[0].time;
+    const link::Micros w3 = ecu[2].time - byte - ecu[1].time;
+    const link::Micros tester = t.vehicle.record().bytes(Origin::Tester).at(0).time;
+    const link::Micros w4 = ecu[3].time - byte - tester;
+    EXPECT_TRUE(w1 >= ms(60) && w1 <= ms(300)) << w1;
+    EXPECT_TRUE(w2 >= ms(5) && w2 <= ms(20)) << w2;
+    EXPECT_TRUE(w3 >= 0 && w3 <= ms(20)) << w3;
+    EXPECT_TRUE(w4 >= ms(25) && w4 <= ms(50)) << w4;
+    EXPECT_TRUE(t.vehicle.sessionOpen());
+}
+
+TEST(SlowInit, RefusesOtherAddressesSloppyBitsAndAWrongInvertedKeyByte)
+{
+    {
+        BusTester t;
+        t.sendFiveBaud(0x34);
+        EXPECT_TRUE(t.readFor(ms(400)).empty());
+        EXPECT_EQ(t.vehicle.record().inits.at(0).address, 0x34);
+        EXPECT_FALSE(t.vehicle.record().inits.at(0).accepted);
+    }
+    {
+        BusTester t;
+        t.sendFiveBaud(0x33, ms(220)); // a 4.5 baud tester drifts off the grid
+        EXPECT_TRUE(t.readFor(ms(400)).empty());
+        EXPECT_GT(t.vehicle.record().inits.at(0).worstBitError, ms(10));
+    }
+    {
+        BusTester t;
+        t.sendFiveBaud(0x33);
+        ASSERT_EQ(t.readFor(ms(400)).size(), 3u);
+        t.clock.sleepFor(ms(30));
+        t.wire->write(Bytes{0x08});
+        EXPECT_EQ(t.readFor(ms(200)), Bytes{0x08}); // the echo, and no inverted address
+        EXPECT_FALSE(t.vehicle.sessionOpen());
+    }
+}
+
+TEST(SlowInit, KwpVehicleAnswersWithKb2Of8F)
+{
+    VehicleConfig cfg;
+    cfg.slowInit = Protocol::Kwp2000;
+    BusTester t(cfg);
+    EXPECT_EQ(t.slowInit(), (Bytes{0x55, 0xEF, 0x8F, 0x70, 0xCC}));
+    const Bytes reply = t.kwp({0x01, 0x0D});
+    ASSERT_FALSE(reply.empty());
+    EXPECT_EQ(reply[0] & 0xC0, 0x80); // answers carry addresses and their length in the format byte
+}
+
+TEST(FastInit, PulseAndStartCommunicationOpenAKwpSessionWithBothUnits)
+{
+    BusTester t;
+    const Bytes reply = t.fastInit();
+    const Bytes gearbox{0x83, 0xF1, 0x18, 0xC1, 0xEF, 0x8F, 0xCB};
+    const Bytes engine{0x83, 0xF1, 0x10, 0xC1, 0xEF, 0x8F, 0xC3};
+    Bytes both = gearbox;
+    both.insert(both.end(), engine.begin(), engine.end());
+    EXPECT_EQ(reply, both);
+    const InitObservation& obs = t.vehicle.record().inits.at(0);
+    EXPECT_EQ(obs.kind, InitObservation::Kind::FastInit);
+    EXPECT_EQ(obs.lowWidth, ms(25));
+    EXPECT_EQ(obs.firstByteAfterLow, ms(50));
+    EXPECT_TRUE(obs.accepted);
+
+    // Addressed to one unit from another tester address, only that unit answers, to that tester.
+    BusTester n;
+    EXPECT_EQ(n.fastInit({0x81, 0x10, 0xFC, 0x81, 0x0E}), (Bytes{0x83, 0xFC, 0x10, 0xC1, 0xEF, 0x8F, 0xCE}));
+}
+
+TEST(FastInit, WrongPulseOrLateStartMessageIsIgnored)
+{
+    BusTester t;
+    EXPECT_TRUE(t.fastInit({0xC1, 0x33, 0xF1, 0x81, 0x66}, ms(40)).empty());
+    EXPECT_FALSE(t.vehicle.record().inits.at(0).note.empty());
+
+    BusTester late;
+    late.clock.sleepFor(ms(300));
+    late.wire->setBreak(true);
+    late.clock.sleepFor(ms(25));
+    late.wire->setBreak(false);
+    late.clock.sleepFor(ms(45));
+    EXPECT_TRUE(late.request({0xC1, 0x33, 0xF1, 0x81, 0x66}).empty());
+}
+
+TEST(Session, GivenUpAfterP3MaxOfSilenceUntilANewWakeUp)
+{
+    BusTester t;
+    ASSERT_EQ(t.slowInit().size(), 5u);
+    t.clock.sleepFor(ms(4900));
+    EXPECT_FALSE(t.iso({0x01, 0x0D}).empty());
+    t.clock.sleepFor(ms(5100));
+    EXPECT_TRUE(t.iso({0x01, 0x0D}).empty());
+    EXPECT_EQ(t.vehicle.record().sessionDrops.size(), 1u);
+    t.clock.sleepFor(ms(300));
+    ASSERT_EQ(t.slowInit().size(), 5u);
+    EXPECT_GE(t.vehicle.record().inits.back().idleBefore, ms(300));
+    EXPECT_FALSE(t.iso({0x01, 0x0D}).empty());
+}
+
+TEST(Bus, EchoesEachTesterByteAsItEndsAndGarblesRepliesAtAWrongRate)
+{
+    BusTester t;
+    t.slowInit();
+    const link::Micros sent = t.clock.now();
+    const Bytes request{0x68, 0x6A, 0xF1, 0x01, 0x00, 0xC4};
+    t.wire->write(request);
+    const Bytes echo = t.readFor(ms(7));
+    EXPECT_EQ(echo, request);
+    const auto echoes = t.vehicle.record().bytes(Origin::Echo);
+    ASSERT_GE(echoes.size(), 6u);
+    for (std::size_t i = 0; i < 6; ++i)
+        EXPECT_EQ(echoes[echoes.size() - 6 + i].time, sent + static_cast<link::Micros>(i + 1) * t.vehicle.byteTime());
+    t.readUntilQuiet();
+
+    t.wire->setBaud(9600);
+    const Bytes garbled = t.iso({0x01, 0x0D});
+    t.wire->setBaud(10400);
+    EXPECT_TRUE(garbled.empty() || garbled[0] != 0x48);
+}
+
+TEST(Bus, PtyModeOpensSessionsFromMessagesAlone)
+{
+    VehicleConfig cfg;
+    cfg.noBreaks = true;
+    BusTester t(cfg);
+    const Bytes iso = t.iso({0x01, 0x00});
+    ASSERT_FALSE(iso.empty());
+    EXPECT_EQ(iso[0], 0x48);
+
+    BusTester k(cfg);
+    const Bytes started = k.request({0xC1, 0x33, 0xF1, 0x81, 0x66});
+    ASSERT_EQ(started.size(), 14u);
+    EXPECT_EQ(started[3], 0xC1);
+    EXPECT_FALSE(k.kwp({0x01, 0x00}).empty());
+}
+
+} // namespace
+} // namespace kvx::sim::test
