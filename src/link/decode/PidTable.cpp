@@ -131,7 +131,7 @@ const UnitText kUnits[] = {
     /* Volts */ {"V", "V", 1, 0, 0},
     /* Seconds */ {"s", "s", 1, 0, 0},
     /* Minutes */ {"min", "min", 1, 0, 0},
-    /* Pascal */ {"Pa", "inH2O", 1.0 / 249.089, 0, 2},
+    /* Pascal */ {"Pa", "inH2O", 1.0 / 249.089, 0, 1},
     /* Ratio */ {"", "", 1, 0, 0},
     /* MilliAmps */ {"mA", "mA", 1, 0, 0},
     /* LitresPerHour */ {"L/h", "gal/h", 0.264172, 0, 0},
