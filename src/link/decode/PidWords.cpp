@@ -1,5 +1,7 @@
 #include "link/decode/PidWords.h"
 
+#include "link/Hex.h"
+
 #include <array>
 
 namespace kvx::link::decode {

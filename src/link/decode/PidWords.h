@@ -1,7 +1,5 @@
 #pragma once
 
-#include "link/Hex.h"
-
 #include <cstdint>
 #include <string>
 
