@@ -1,0 +1,40 @@
+#include "link/decode/PidTable.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <string>
+
+using namespace kvx::link::decode;
+
+TEST(PidTable, EveryPidOfTheRangeIsDecodedOrAbsentWithAReason)
+{
+    std::map<int, int> seen;
+    for (const auto& row : pidRows()) {
+        ++seen[row.pid];
+        EXPECT_NE(std::string(row.description), "") << std::hex << int(row.pid);
+    }
+    for (const auto& absent : absentPids()) {
+        ++seen[absent.pid];
+        EXPECT_GT(std::string(absent.reason).size(), 10u) << std::hex << int(absent.pid);
+    }
+    for (int pid = 0x00; pid <= 0x5F; ++pid)
+        EXPECT_EQ(seen[pid], 1) << "PID " << std::hex << pid << " must be listed exactly once";
+}
+
+TEST(PidTable, ByteCountsMatchWhatTheFormulaReads)
+{
+    for (const auto& row : pidRows())
+        EXPECT_EQ(row.bytes, bytesRead(row.form)) << std::hex << int(row.pid);
+}
+
+TEST(PidTable, LookupFindsEachRowAndNothingElse)
+{
+    for (const auto& row : pidRows())
+        EXPECT_EQ(findPid(row.pid), &row);
+    for (const auto& absent : absentPids())
+        EXPECT_EQ(findPid(absent.pid), nullptr);
+    EXPECT_EQ(findPid(0x60), nullptr);
+    EXPECT_EQ(findPid(-1), nullptr);
+    EXPECT_EQ(findPid(256), nullptr);
+}
