@@ -191,8 +191,8 @@ void frmMain::buildFrames()
     QTableView* grid1 = makeGrid(f1, "GridMode1", screen_.GridMode1, QRect(8, 8, w - 16, gridH));
     grid1->setColumnWidth(0, 34);
     grid1->setColumnWidth(1, 50);
-    grid1->setColumnWidth(2, 400);
-    grid1->setColumnWidth(3, 130);
+    grid1->setColumnWidth(2, 330);
+    grid1->setColumnWidth(3, 230);
     connect(grid1, &QTableView::clicked, this, [this](const QModelIndex& index) {
         if (actions_.GridMode1Click)
             actions_.GridMode1Click(index.row(), index.column());

@@ -21,6 +21,8 @@ frmSetting::frmSetting(SettingsEditor& editor, QWidget* parent) : QDialog(parent
 
     auto* top = new QVBoxLayout(this);
     top->setSpacing(10);
+    top->setContentsMargins(18, 16, 18, 16);
+    setMinimumWidth(400);
     auto* interfaceBox = new QGroupBox(QStringLiteral("INTERFACE TYPE:"), this);
     (new QVBoxLayout(interfaceBox))->addWidget(addList(editor_.cmbInterface, "cmbInterface", interfaceBox));
     top->addWidget(interfaceBox);
