@@ -10,6 +10,9 @@
 #include "session/Session.h"
 #include "settings/SettingsStore.h"
 
+#include <QCoreApplication>
+#include <memory>
+
 namespace kvx::app {
 
 MainActions BindSessionActions(Session& s)
@@ -17,6 +20,16 @@ MainActions BindSessionActions(Session& s)
     auto guarded = [&s](std::function<void()> f) {
         return [&s, f = std::move(f)] { obd::RunLinkCommand(s, f); };
     };
+    // The link calls back during its long waits (P3, wake-up) so the window repaints and its
+    // timers run; clicks wait for the poller's own pauses, and a keep-alive tick that falls into
+    // such a wait is skipped, as the link is in the middle of a request.
+    auto waiting = std::make_shared<bool>(false);
+    s.link.setIdleHook([waiting] {
+        *waiting = true;
+        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+        *waiting = false;
+    });
+
     MainActions a;
     a.IsPortOpen = [&s] { return s.link.IsPortOpen(); };
     a.PrepareConnect = [&s] {
@@ -40,7 +53,10 @@ MainActions BindSessionActions(Session& s)
     a.RequestMode1 = guarded([&s] { obd::StartLiveData(s); });
     a.Stop = [&s] { obd::StopLiveData(s); };
     a.GridMode1Click = [&s](int row, int) { obd::ToggleLiveDataRow(s, row); };
-    a.KeepAliveTick = guarded([&s] { obd::KeepAliveTick(s); });
+    a.KeepAliveTick = guarded([&s, waiting] {
+        if (!*waiting)
+            obd::KeepAliveTick(s);
+    });
     a.SliderMoved = [&s](int value) { settings::SetP3FromSlider(s, value); };
     a.QueryClose = [&s] { return obd::QueryClose(s); };
     return a;

@@ -9,7 +9,8 @@ struct Session;
 namespace kvx::app {
 
 // The main window's controls bound to the session's routines. Every call that talks to the
-// vehicle runs through the command guard, so a link fault ends the command with a box.
+// vehicle runs through the command guard, so a link fault ends the command with a box. Also
+// lets the window breathe during the link's long waits.
 MainActions BindSessionActions(Session& session);
 
 } // namespace kvx::app
