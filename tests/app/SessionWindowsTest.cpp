@@ -1,0 +1,128 @@
+#include "app/ProgramWires.h"
+#include "app/SessionActions.h"
+#include "app/StartUp.h"
+#include "app/frmMain.h"
+#include "link/Clock.h"
+#include "link/LinkSession.h"
+#include "session/MainScreen.h"
+#include "session/Session.h"
+#include "settings/SettingsEditor.h"
+#include "settings/frmSetting.h"
+#include "support/RecordingShell.h"
+#include "support/TempSettings.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSlider>
+#include <QTest>
+#include <QToolBar>
+#include <gtest/gtest.h>
+
+using namespace kvx;
+
+namespace {
+
+QApplication& qtApplication()
+{
+    static int argc = 1;
+    static char name[] = "test_app";
+    static char* argv[] = {name, nullptr};
+    static QApplication a(argc, argv);
+    return a;
+}
+
+// The program's own start-up and actions over the virtual vehicle on virtual time, with an
+// empty settings store.
+struct Program {
+    QApplication& application = qtApplication();
+    test::TempSettings store;
+    link::VirtualClock clock;
+    link::LinkSession link{app::ProgramWires(clock), clock};
+    MainScreen screen;
+    test::RecordingShell shell;
+    Session session{link, screen, shell};
+    app::MainActions actions;
+    std::unique_ptr<app::frmMain> window;
+
+    Program()
+    {
+        app::StartSession(session, true);
+        actions = app::BindSessionActions(session);
+        window = std::make_unique<app::frmMain>(screen, actions);
+        window->show();
+    }
+    void exit() { window->findChild<QToolBar*>("Toolbar1")->findChild<QAction*>("Exit")->trigger(); }
+};
+
+} // namespace
+
+TEST(SettingsWindow, TypedP3IsCappedAndApplyStoresWhatTheFieldsHold)
+{
+    Program p;
+    settings::SettingsEditor editor(p.session);
+    settings::frmSetting dialog(editor);
+    dialog.show();
+    auto* apply = dialog.findChild<QPushButton*>("cmdApply");
+    EXPECT_FALSE(apply->isEnabled());
+
+    auto* p3 = dialog.findChild<QLineEdit*>("txtP3");
+    p3->selectAll();
+    QTest::keyClicks(p3, "750");
+    EXPECT_EQ(p3->text(), "500");
+    EXPECT_TRUE(apply->isEnabled());
+
+    auto* protocol = dialog.findChild<QComboBox*>("cmbTypeProtocol");
+    protocol->setCurrentIndex(2);
+    emit protocol->activated(2);
+    QTest::mouseClick(apply, Qt::LeftButton);
+    EXPECT_FALSE(apply->isEnabled());
+    EXPECT_EQ(p.store.get("P3Delay"), "500");
+    EXPECT_EQ(p.store.get("TypeProtocol"), "3");
+    EXPECT_FALSE(p.session.settings.TryAllProtocols);
+    // Apply moves the main window's slider too.
+    EXPECT_EQ(p.window->findChild<QSlider*>("sldSpeedP3")->value(), 500);
+}
+
+TEST(SettingsWindow, DefaultAppliesTheDefaultSetAndKeepsThePort)
+{
+    Program p;
+    settings::SettingsEditor editor(p.session);
+    settings::frmSetting dialog(editor);
+    QTest::mouseClick(dialog.findChild<QPushButton*>("cmdDefault"), Qt::LeftButton);
+    EXPECT_EQ(p.store.get("BaudRate"), "10400");
+    EXPECT_EQ(p.store.get("KeepAlive"), "700");
+    EXPECT_EQ(p.store.get("P4Delay"), "25");
+    EXPECT_EQ(p.store.get("InterByteDelay"), "5");
+    EXPECT_EQ(p.store.get("TypeProtocol"), "4");
+    EXPECT_EQ(p.store.get("Kwp2000InitDelay"), "22");
+    EXPECT_EQ(p.store.get("P3Delay"), "275");
+    EXPECT_EQ(p.store.get("Port"), "0"); // the virtual vehicle of this run, kept
+    EXPECT_EQ(dialog.findChild<QLineEdit*>("txtKeepAlive")->text(), "700");
+}
+
+TEST(MainWindowSession, ConnectedOrReplayingRefusesToCloseAndTheSliderIsSavedAtExit)
+{
+    Program p;
+    ASSERT_TRUE(p.actions.ConnectModule(ModuleGeneric));
+    EXPECT_GT(p.screen.GridMode1.rows(), 5);
+    p.exit();
+    EXPECT_TRUE(p.window->isVisible());
+    EXPECT_EQ(p.screen.StatusBar1.text(1), "DISCONNECT TO EXIT");
+
+    p.window->findChild<QToolBar*>("Toolbar1")->findChild<QAction*>("Disconnect")->trigger();
+    p.session.Replaying = true;
+    p.exit();
+    EXPECT_TRUE(p.window->isVisible());
+    EXPECT_EQ(p.screen.StatusBar1.text(1), "STOP PLAYING LOG");
+
+    p.session.Replaying = false;
+    p.window->findChild<QSlider*>("sldSpeedP3")->setValue(200);
+    EXPECT_EQ(p.window->findChild<QLabel*>("lblSpeed")->text(), "200");
+    p.exit();
+    EXPECT_FALSE(p.window->isVisible());
+    EXPECT_EQ(p.store.get("P3Delay"), "200");
+}
