@@ -10,9 +10,9 @@
 #include "settings/frmSetting.h"
 #include "support/RecordingShell.h"
 #include "support/TempSettings.h"
+#include "support/WidgetApp.h"
 
 #include <QAction>
-#include <QApplication>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -26,19 +26,10 @@ using namespace kvx;
 
 namespace {
 
-QApplication& qtApplication()
-{
-    static int argc = 1;
-    static char name[] = "test_app";
-    static char* argv[] = {name, nullptr};
-    static QApplication a(argc, argv);
-    return a;
-}
-
 // The program's own start-up and actions over the virtual vehicle on virtual time, with an
 // empty settings store.
 struct Program {
-    QApplication& application = qtApplication();
+    QApplication& application = test::widgetApp();
     test::TempSettings store;
     link::VirtualClock clock;
     link::LinkSession link{app::ProgramWires(clock), clock};

@@ -4,9 +4,9 @@
 #include "enhanced/frmSelection.h"
 #include "session/MainScreen.h"
 #include "session/Session.h"
+#include "support/WidgetApp.h"
 
 #include <QAction>
-#include <QApplication>
 #include <QCheckBox>
 #include <QLabel>
 #include <QPushButton>
@@ -22,15 +22,6 @@ using namespace kvx;
 
 namespace {
 
-QApplication& qtApp()
-{
-    static int argc = 1;
-    static char name[] = "test_app";
-    static char* argv[] = {name, nullptr};
-    static QApplication a(argc, argv);
-    return a;
-}
-
 // The window over fake session actions that record what was asked of them.
 struct Fixture {
     MainScreen screen;
@@ -41,7 +32,7 @@ struct Fixture {
 
     Fixture()
     {
-        qtApp();
+        test::widgetApp();
         data::LayoutLiveDataGrid(screen);
         data::BuildTabs(screen, data::ModuleTabs(ModuleGeneric));
         app::MainActions a;
@@ -183,7 +174,7 @@ TEST(frmMain, RestoringTheRecordedSizePutsControlsBackAndMinimisingChangesNothin
 
 TEST(frmSelection, FailedAttemptKeepsTheWindowOpenWithNoTabs)
 {
-    qtApp();
+    test::widgetApp();
     MainScreen screen;
     std::vector<int> tried;
     bool succeed = false;

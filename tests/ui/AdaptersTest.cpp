@@ -3,8 +3,8 @@
 #include "session/RichTextModel.h"
 #include "ui/Bindings.h"
 #include "ui/GridTableModel.h"
+#include "support/WidgetApp.h"
 
-#include <QApplication>
 #include <QComboBox>
 #include <QImage>
 #include <QPainter>
@@ -15,15 +15,6 @@
 using namespace kvx;
 
 namespace {
-
-QApplication& qtApp()
-{
-    static int argc = 1;
-    static char name[] = "test_ui";
-    static char* argv[] = {name, nullptr};
-    static QApplication a(argc, argv);
-    return a;
-}
 
 GridCell marker(const char* text)
 {
@@ -55,7 +46,7 @@ int darkPixels(ui::GridTableModel& model, int row, int col)
 
 TEST(GridTableModel, MarkersAreDrawnAsBoxesNotAsSymbolFontLetters)
 {
-    qtApp();
+    test::widgetApp();
     GridModel grid("GridMode1", 5);
     grid.setRows(3);
     grid.setCell(1, 0, marker("\xC3\xBE"));
@@ -80,7 +71,7 @@ TEST(GridTableModel, MarkersAreDrawnAsBoxesNotAsSymbolFontLetters)
 
 TEST(GridTableModel, ColoursAndShapeFollowTheGrid)
 {
-    qtApp();
+    test::widgetApp();
     GridModel grid("gridMode6", 7);
     grid.setRows(1);
     ui::GridTableModel model(grid);
@@ -94,7 +85,7 @@ TEST(GridTableModel, ColoursAndShapeFollowTheGrid)
 
 TEST(Bindings, RichTextKeepsColouredRunsAndIsReadOnly)
 {
-    qtApp();
+    test::widgetApp();
     RichTextModel box("txtMode347");
     QTextEdit edit;
     ui::bindRichText(box, &edit);
@@ -113,7 +104,7 @@ TEST(Bindings, RichTextKeepsColouredRunsAndIsReadOnly)
 
 TEST(Bindings, RefillingAListIsNotTakenForAUserChoice)
 {
-    qtApp();
+    test::widgetApp();
     ListModel list;
     QComboBox combo;
     ui::bindCombo(list, &combo);

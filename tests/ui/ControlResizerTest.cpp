@@ -1,6 +1,6 @@
 #include "ui/ControlResizer.h"
+#include "support/WidgetApp.h"
 
-#include <QApplication>
 #include <QLabel>
 #include <gtest/gtest.h>
 
@@ -8,17 +8,8 @@ using kvx::ui::ControlResizer;
 
 namespace {
 
-QApplication& app()
-{
-    static int argc = 1;
-    static char name[] = "test_ui";
-    static char* argv[] = {name, nullptr};
-    static QApplication a(argc, argv);
-    return a;
-}
-
 struct Window {
-    QApplication& application = app();
+    QApplication& application = kvx::test::widgetApp();
     QWidget form;
     QLabel* free;
     QLabel* fixed;
