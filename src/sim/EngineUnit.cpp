@@ -57,7 +57,7 @@ link::Bytes codeBytes(TroubleCode c) { return {static_cast<std::uint8_t>(c >> 8)
 
 EngineUnit::EngineUnit(link::Clock& clock, std::uint64_t seed)
     : clock_(clock), seed_(seed), start_(clock.now()),
-      stored_{0x0301, 0x0420, 0x0171, 0x0442}, pending_{0x0128, 0x0455}
+      stored_{0x0301, 0x0420, 0x0171, 0x0442, 0x0300, 0x0135}, pending_{0x0128, 0x0455}
 {
     // The freeze frame was taken during the drive in which the first of the stored codes set.
     PidContext at = contextAt(start_);

@@ -126,11 +126,11 @@ TEST(TroubleCodes, StoredInTwoFramesPendingAndAClearThatClears)
     const auto stored = car.engine({0x03});
     ASSERT_EQ(stored.size(), 2u);
     EXPECT_EQ(stored[0], (Bytes{0x48, 0x6B, 0x10, 0x43, 0x03, 0x01, 0x04, 0x20, 0x01, 0x71, stored[0].back()}));
-    EXPECT_EQ(Bytes(stored[1].begin() + 3, stored[1].end() - 1), (Bytes{0x43, 0x04, 0x42, 0, 0, 0, 0}));
+    EXPECT_EQ(Bytes(stored[1].begin() + 3, stored[1].end() - 1), (Bytes{0x43, 0x04, 0x42, 0x03, 0x00, 0x01, 0x35}));
     const auto pending = car.engine({0x07});
     ASSERT_EQ(pending.size(), 1u);
     EXPECT_EQ(Bytes(pending[0].begin() + 3, pending[0].end() - 1), (Bytes{0x47, 0x01, 0x28, 0x04, 0x55, 0, 0}));
-    EXPECT_EQ(car.engine({0x01, 0x01})[0][5], 0x84); // lamp on, four codes
+    EXPECT_EQ(car.engine({0x01, 0x01})[0][5], 0x86); // lamp on, six codes
 
     // The freeze frame belongs to the first stored code.
     EXPECT_EQ(body(car.engine({0x02, 0x02, 0x00})), (Bytes{0x42, 0x02, 0x00, 0x03, 0x01}));
