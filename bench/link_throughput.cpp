@@ -42,7 +42,8 @@ int main(int argc, char** argv)
 {
     const double seconds = argc > 1 ? std::stod(argv[1]) : 5.0;
     const sim::EcuTiming unit; // the virtual units' own P1 and P2
-    std::printf("%-6s %-6s %10s %12s %12s %8s %8s\n", "P3 ms", "P4 ms", "req/s", "limit req/s", "overlap lim", "ratio", "CPU %");
+    std::printf("%-6s %-6s %10s %12s %12s %8s %8s %8s %s\n", "P3 ms", "P4 ms", "req/s", "limit req/s", "overlap lim",
+                "ratio", "ratio ov", "CPU %", "empty/requests");
     for (int p3 : {55, 300}) {
         for (int p4 : {5, 25}) {
             link::SteadyClock clock;
@@ -81,9 +82,9 @@ int main(int argc, char** argv)
             // P3 counts from the last reply byte, so the 50 ms of silence that ends the replies is inside it.
             const double overlapped = std::max(p3 * 1000.0, 50'000.0) + body;
             const double rate = done / (wall / 1e6);
-            std::printf("%-6d %-6d %10.2f %12.2f %12.2f %8.3f %8.2f%s\n", p3, p4, rate, 1e6 / limit, 1e6 / overlapped,
-                        rate / (1e6 / limit), 100.0 * static_cast<double>(cpu) / static_cast<double>(wall),
-                        empty ? "  (some replies empty)" : "");
+            std::printf("%-6d %-6d %10.2f %12.2f %12.2f %8.3f %8.3f %8.2f %4d/%d\n", p3, p4, rate, 1e6 / limit,
+                        1e6 / overlapped, rate / (1e6 / limit), rate / (1e6 / overlapped),
+                        100.0 * static_cast<double>(cpu) / static_cast<double>(wall), empty, done);
         }
     }
     return 0;
