@@ -2,6 +2,7 @@
 
 #include "link/LinkError.h"
 
+#include <algorithm>
 #include <array>
 
 namespace kvx::link {
@@ -41,6 +42,8 @@ void ByteLink::send(std::uint8_t byte)
     const TimedByte echo = input_.front();
     input_.pop_front();
     lastActivity_ = echo.time;
+    // A USB interface hands the echo over late; the byte itself left the wire one byte time after it started.
+    byteEnd_ = std::min(echo.time, sent + byteTime_);
     if (trace_)
         trace_->byte(echo.time, TraceOrigin::Echo, echo.value);
     if (echo.value != byte)
@@ -53,7 +56,7 @@ void ByteLink::sendFrame(const Bytes& frame, Micros gap)
 {
     for (std::size_t i = 0; i < frame.size(); ++i) {
         if (i > 0 && gap > 0)
-            clock_.sleepUntil(lastActivity_ + gap);
+            clock_.sleepUntil(byteEnd_ + gap);
         send(frame[i]);
     }
 }

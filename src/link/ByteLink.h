@@ -45,6 +45,7 @@ private:
     Micros byteTime_;
     Micros breakCall_ = 0;
     Micros lastActivity_ = 0;
+    Micros byteEnd_ = 0;
     std::deque<TimedByte> input_;
 };
 

@@ -74,6 +74,9 @@ std::optional<std::size_t> kwpFrameAt(const std::vector<TimedByte>& in, std::siz
 // frame's header or a pause marks the end. Among several such ends the longest pause wins.
 std::size_t isoFrameAt(const std::vector<TimedByte>& in, std::size_t from)
 {
+    // Every J1979 reply on ISO 9141-2 starts 48 6B.
+    if (from + 1 >= in.size() || in[from].value != 0x48 || in[from + 1].value != 0x6B)
+        return 0;
     std::size_t best = 0;
     Micros bestGap = -1;
     for (std::size_t size = kIsoHeader + 2; size <= kIsoHeader + kIsoMaxData + 1 && from + size <= in.size(); ++size) {
@@ -82,8 +85,7 @@ std::size_t isoFrameAt(const std::vector<TimedByte>& in, std::size_t from)
         const std::size_t next = from + size;
         Micros score = ms(1500);
         if (next < in.size()) {
-            const bool nextHeader = in[next].value == in[from].value &&
-                                    (next + 1 >= in.size() || in[next + 1].value == in[from + 1].value);
+            const bool nextHeader = in[next].value == 0x48 && (next + 1 >= in.size() || in[next + 1].value == 0x6B);
             const Micros gap = in[next].time - in[next - 1].time;
             score = nextHeader ? gap + ms(1000) : gap;
         }

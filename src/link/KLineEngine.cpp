@@ -143,6 +143,14 @@ WakeUpResult KLineEngine::wakeUp(const WakeUpRequest& rq)
     if (r.ok) {
         kind_ = r.meaning.kwp ? LineKind::Kwp : LineKind::Iso9141;
         form_ = r.meaning.form;
+        if (trace_)
+            trace_->note(clock_.now(), "key bytes " + toHex(r.kb1) + " " + toHex(r.kb2) + ": units may answer " +
+                                           std::to_string(r.meaning.p2Min / 1000) + " ms after a request" +
+                                           (r.meaning.kwp ? std::string(", headers ") +
+                                                                (form_.addresses ? "with addresses" : "without addresses") +
+                                                                (form_.lengthInFormat ? ", length in the format byte"
+                                                                                      : ", separate length byte")
+                                                          : std::string()));
     }
     return r;
 }

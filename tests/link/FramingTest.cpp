@@ -1,0 +1,117 @@
+#include "link/Framing.h"
+#include "link/KeyBytes.h"
+#include "link/LinkError.h"
+
+#include <gtest/gtest.h>
+
+using namespace kvx::link;
+
+namespace {
+
+Bytes hex(const char* text) { return *fromHex(text); }
+
+std::vector<TimedByte> timed(const Bytes& bytes, Micros step = ms(1))
+{
+    std::vector<TimedByte> out;
+    Micros t = 0;
+    for (auto b : bytes)
+        out.push_back({b, t += step});
+    return out;
+}
+
+std::vector<TimedByte> concat(std::initializer_list<const char*> frames)
+{
+    Bytes all;
+    for (auto f : frames) {
+        const Bytes b = hex(f);
+        all.insert(all.end(), b.begin(), b.end());
+    }
+    return timed(all);
+}
+
+} // namespace
+
+TEST(Encoding, GenericRequestsGetLengthAndChecksumAsTheSessionAllows)
+{
+    const HeaderForm both;
+    EXPECT_EQ(toHex(encodeRequest(LineKind::Iso9141, hex("686AF10100"), both)), "686AF10100C4");
+    EXPECT_EQ(toHex(encodeRequest(LineKind::Kwp, hex("C033F10100"), both)), "C233F10100E7");
+    HeaderForm byteOnly;
+    byteOnly.lengthInFormat = false;
+    EXPECT_EQ(toHex(encodeRequest(LineKind::Kwp, hex("C033F10100"), byteOnly)), "C033F1020100E7");
+    EXPECT_THROW(encodeRequest(LineKind::Iso9141, hex("686AF10102030405060708"), both), LinkError);
+    EXPECT_THROW(encodeRequest(LineKind::Kwp, hex("C033F1"), both), LinkError);
+}
+
+TEST(Encoding, BodiesAreAddressedAndTheirLengthChecked)
+{
+    const Bytes body = hex("052211000401");
+    EXPECT_EQ(toHex(encodeBody(HeaderForm{}, 0x10, 0xFC, body)), "8510FC2211000401C9");
+    HeaderForm byteOnly;
+    byteOnly.lengthInFormat = false;
+    EXPECT_EQ(toHex(encodeBody(byteOnly, 0x10, 0xFC, body)), "8010FC052211000401C9");
+    EXPECT_THROW(encodeBody(HeaderForm{}, 0x10, 0xFC, hex("0522110004")), LinkError) << "length byte says 5, 4 follow";
+    EXPECT_THROW(encodeBody(HeaderForm{}, 0x10, 0xFC, hex("062211000401")), LinkError);
+}
+
+TEST(KeyBytes, DecideTimingAndHeaderForm)
+{
+    EXPECT_EQ(interpretKeyBytes(1, 0x08, 0x08).p2Min, ms(25));
+    EXPECT_EQ(interpretKeyBytes(1, 0x94, 0x94).p2Min, 0);
+    EXPECT_FALSE(interpretKeyBytes(1, 0xEF, 0x8F).accepted);
+    EXPECT_FALSE(interpretKeyBytes(2, 0x08, 0x08).accepted);
+    // KB1 differs from KB2 and its parity bit is ignored: EF and 6F mean the same.
+    const auto full = interpretKeyBytes(2, 0xEF, 0x8F);
+    const auto noParity = interpretKeyBytes(3, 0x6F, 0x8F);
+    EXPECT_TRUE(full.accepted && full.kwp && noParity.accepted);
+    EXPECT_EQ(full.form.addresses, noParity.form.addresses);
+    // AL1 only (length byte), HB0 only (no addresses), TP set (P2min 0).
+    const auto byteOnly = interpretKeyBytes(3, 0xD6, 0x8F);
+    EXPECT_FALSE(byteOnly.form.lengthInFormat);
+    EXPECT_TRUE(byteOnly.form.lengthByte);
+    EXPECT_FALSE(byteOnly.form.addresses);
+    EXPECT_EQ(byteOnly.p2Min, 0);
+}
+
+TEST(Cutting, KwpFramesByFormatAndLengthByte)
+{
+    const auto cut = cutFrames(LineKind::Kwp, concat({"83F110C1EF8FC3", "80F1100641008008001060", "02410043"}));
+    ASSERT_EQ(cut.frames.size(), 3u);
+    EXPECT_EQ(toHex(cut.frames[1]), "80F1100641008008001060");
+    EXPECT_EQ(toHex(withLengthInFormat(cut.frames[1])), "86F11041008008001060");
+    EXPECT_EQ(toHex(bodyOf(LineKind::Kwp, cut.frames[1])), "06410080080010");
+    EXPECT_EQ(toHex(cut.frames[2]), "02410043") << "one-byte header form";
+    EXPECT_TRUE(cut.dropped.empty());
+}
+
+TEST(Cutting, BadChecksumAndNoiseAreDroppedWithoutLosingTheGoodFrames)
+{
+    const auto cut = cutFrames(LineKind::Kwp, concat({"3A77", "86F11841008008001069", "86F1104100BE3FB81390"}));
+    ASSERT_EQ(cut.frames.size(), 1u);
+    EXPECT_EQ(toHex(cut.frames[0]), "86F1104100BE3FB81390");
+    ASSERT_FALSE(cut.dropped.empty());
+    EXPECT_EQ(cut.dropped.front().bytes.size(), 12u) << "the noise and the damaged frame, nothing of the good one";
+
+    const auto tail = cutFrames(LineKind::Kwp, concat({"86F1104100BE3FB81390", "86F118"}));
+    EXPECT_EQ(tail.frames.size(), 1u);
+    EXPECT_TRUE(tail.incompleteTail);
+}
+
+TEST(Cutting, Iso9141FramesByChecksumAndNextHeader)
+{
+    const auto cut = cutFrames(LineKind::Iso9141, concat({"486B18410080080010A4", "486B104100BE3FB813CC", "486B107F011255"}));
+    ASSERT_EQ(cut.frames.size(), 3u);
+    EXPECT_EQ(cut.frames[0][2], 0x18);
+    EXPECT_EQ(cut.frames[1][2], 0x10);
+    const auto bad = cutFrames(LineKind::Iso9141, concat({"486B18410080080010A5", "486B104100BE3FB813CC"}));
+    ASSERT_EQ(bad.frames.size(), 1u);
+    EXPECT_EQ(bad.frames[0][2], 0x10);
+    EXPECT_EQ(bad.dropped.front().reason, "bad checksum");
+}
+
+TEST(Cutting, ResponsePendingIsRecognisedOnBothLines)
+{
+    EXPECT_TRUE(isResponsePending(LineKind::Kwp, hex("83F1107F03787E")));
+    EXPECT_TRUE(isResponsePending(LineKind::Iso9141, hex("486B107F0378BD")));
+    EXPECT_FALSE(isResponsePending(LineKind::Kwp, hex("83F1107F031218")));
+}

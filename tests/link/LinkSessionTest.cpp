@@ -1,0 +1,243 @@
+#include "SimBench.h"
+
+#include "link/LinkError.h"
+
+#include <gtest/gtest.h>
+
+using namespace kvx;
+using link::LinkError;
+using link::ms;
+using sim::Fault;
+using sim::Origin;
+
+namespace {
+
+sim::VehicleConfig withRequestFault(int request, Fault f, sim::Protocol slow = sim::Protocol::Iso9141)
+{
+    sim::VehicleConfig c;
+    c.faults.requests[request] = f;
+    c.slowInit = slow;
+    return c;
+}
+
+std::vector<std::string> split(const std::string& reply)
+{
+    std::vector<std::string> out;
+    std::size_t from = 0;
+    while (from <= reply.size()) {
+        auto to = reply.find(':', from);
+        if (to == std::string::npos)
+            to = reply.size();
+        out.push_back(reply.substr(from, to - from));
+        from = to + 1;
+    }
+    return out;
+}
+
+bool checksumHolds(const std::string& message)
+{
+    auto b = *link::fromHex(message);
+    const auto cs = b.back();
+    b.pop_back();
+    return link::checksum(b) == cs;
+}
+
+} // namespace
+
+TEST(WakeUp, FiveBaudAddressHoldsItsBitsAndTheHandshakeItsWindows)
+{
+    test::SimBench bench;
+    ASSERT_TRUE(bench.wake(1));
+    EXPECT_EQ(bench.result, "0808");
+    const auto& init = bench.vehicle.record().inits.back();
+    EXPECT_TRUE(init.accepted) << init.note;
+    EXPECT_EQ(init.address, 0x33);
+    EXPECT_LE(init.worstBitError, ms(2));
+    // 0x33 has two pairs of zero bits: held as single breaks, so 5 edges after the start edge.
+    EXPECT_EQ(init.bitEdges.size(), 5u);
+    const auto kb2 = bench.bytes(Origin::Ecu).at(2);
+    const auto inverted = bench.bytes(Origin::Tester).at(0);
+    EXPECT_EQ(inverted.byte, 0xF7);
+    const auto w4 = inverted.time - bench.vehicle.byteTime() - kb2.time;
+    EXPECT_GE(w4, ms(25));
+    EXPECT_LE(w4, ms(50));
+}
+
+TEST(WakeUp, KwpSlowInitAcceptsDifferentKeyBytesAndWrongOnesFail)
+{
+    sim::VehicleConfig kwp;
+    kwp.slowInit = sim::Protocol::Kwp2000;
+    test::SimBench bench(kwp);
+    EXPECT_FALSE(bench.wake(1)) << "ISO 9141 refuses KWP key bytes";
+    EXPECT_TRUE(bench.wake(2));
+    EXPECT_EQ(bench.result, "EF8F");
+    EXPECT_EQ(bench.ask("C033F10100").substr(0, 6), "86F118");
+
+    sim::VehicleConfig wrong;
+    wrong.faults.wakeUps[0] = Fault::WrongKeyBytes;
+    test::SimBench refused(wrong);
+    EXPECT_FALSE(refused.wake(1));
+    EXPECT_TRUE(refused.bytes(Origin::Tester).empty()) << "no inverted KB2 for key bytes we refuse";
+}
+
+TEST(WakeUp, FastInitPulseAndStartCommunicationAreOnTime)
+{
+    test::SimBench bench;
+    ASSERT_TRUE(bench.wake(3));
+    const auto& init = bench.vehicle.record().inits.back();
+    EXPECT_TRUE(init.accepted) << init.note;
+    EXPECT_NEAR(static_cast<double>(init.lowWidth), 25000.0, 1000.0);
+    EXPECT_NEAR(static_cast<double>(init.firstByteAfterLow), 50000.0, 1000.0);
+    EXPECT_EQ(split(bench.result).size(), 2u) << "both units answer the functional StartCommunication";
+
+    // The settings' init delay cannot push the pattern out of its window.
+    test::SimBench skewed;
+    skewed.link.SetKwp2000InitDelay("22");
+    ASSERT_TRUE(skewed.wake(3));
+    EXPECT_GE(skewed.vehicle.record().inits.back().firstByteAfterLow, ms(49));
+}
+
+TEST(WakeUp, EveryWakeUpFollowsW5OfSilence)
+{
+    test::SimBench bench;
+    ASSERT_TRUE(bench.wake(1));
+    bench.ask("686AF10100");
+    const auto lastByte = bench.vehicle.record().events.back().time;
+    ASSERT_TRUE(bench.wake(1, "", true));
+    const auto edges = bench.vehicle.record().edges();
+    EXPECT_GE(edges.at(edges.size() - 6).time - lastByte, ms(300));
+}
+
+TEST(Exchange, TwoUnitsRepliesAreJoinedWithTheirOwnSourceAddresses)
+{
+    test::SimBench bench;
+    ASSERT_TRUE(bench.wake(1));
+    const auto messages = split(bench.ask("686AF10100"));
+    ASSERT_EQ(messages.size(), 2u);
+    EXPECT_EQ(messages[0].substr(4, 2), "18");
+    EXPECT_EQ(messages[1].substr(0, 6), "486B10");
+    EXPECT_EQ(messages[1].substr(6, 2), "41");
+    for (const auto& m : messages)
+        EXPECT_TRUE(checksumHolds(m)) << m;
+}
+
+TEST(Exchange, P3BeforeTheRequestAndP4BetweenItsBytes)
+{
+    test::SimBench bench;
+    ASSERT_TRUE(bench.wake(1));
+    bench.link.SetP3Delay(120);
+    bench.link.SetP4Delay(12);
+    bench.ask("686AF10100");
+    const auto before = bench.vehicle.record().events.size();
+    bench.ask("686AF1010C");
+    const auto& ev = bench.vehicle.record().events;
+    link::Micros lastEcu = 0;
+    std::vector<link::Micros> tester;
+    for (std::size_t i = 0; i < ev.size(); ++i) {
+        if (i < before && ev[i].origin == Origin::Ecu)
+            lastEcu = ev[i].time;
+        if (i >= before && ev[i].origin == Origin::Tester)
+            tester.push_back(ev[i].time);
+    }
+    ASSERT_EQ(tester.size(), 6u);
+    const auto byte = bench.vehicle.byteTime();
+    EXPECT_GE(tester[0] - byte - lastEcu, ms(120));
+    EXPECT_LE(tester[0] - byte - lastEcu, ms(121));
+    for (std::size_t i = 1; i < tester.size(); ++i) {
+        EXPECT_GE(tester[i] - byte - tester[i - 1], ms(12));
+        EXPECT_LE(tester[i] - byte - tester[i - 1], ms(13));
+    }
+    // P4 beyond its 20 ms maximum would let a unit end the request early.
+    bench.link.SetP4Delay(25);
+    EXPECT_EQ(split(bench.ask("686AF10100")).size(), 2u);
+}
+
+TEST(Exchange, NoEchoAndCollisionAreDifferentErrors)
+{
+    test::SimBench silent(withRequestFault(0, Fault::NoEcho));
+    ASSERT_TRUE(silent.wake(1));
+    try {
+        silent.ask("686AF10100");
+        FAIL() << "no error without an echo";
+    } catch (const LinkError& e) {
+        EXPECT_EQ(e.kind(), LinkError::Kind::NoEcho);
+        EXPECT_NE(std::string(e.what()).find("cable"), std::string::npos);
+    }
+    test::SimBench collided(withRequestFault(0, Fault::Collision));
+    ASSERT_TRUE(collided.wake(1));
+    try {
+        collided.ask("686AF10100");
+        FAIL() << "no error on a wrong echo";
+    } catch (const LinkError& e) {
+        EXPECT_EQ(e.kind(), LinkError::Kind::Collision);
+    }
+    EXPECT_EQ(split(collided.ask("686AF10100")).size(), 2u) << "the link goes on after a collision";
+}
+
+TEST(Exchange, BadChecksumFramesAreDroppedAndPendingRepliesWaitedFor)
+{
+    test::SimBench bad(withRequestFault(0, Fault::BadChecksum));
+    ASSERT_TRUE(bad.wake(1));
+    const auto kept = split(bad.ask("686AF10100"));
+    ASSERT_EQ(kept.size(), 1u);
+    EXPECT_EQ(kept[0].substr(4, 2), "18");
+
+    test::SimBench busy(withRequestFault(0, Fault::ResponsePending));
+    ASSERT_TRUE(busy.wake(1));
+    const auto answered = split(busy.ask("686AF10100"));
+    ASSERT_EQ(answered.size(), 2u) << "the answer 400 ms after 7F..78 is still collected";
+    EXPECT_EQ(answered[1].substr(6, 2), "41");
+
+    test::SimBench noisy(withRequestFault(0, Fault::Noise));
+    ASSERT_TRUE(noisy.wake(1));
+    EXPECT_EQ(split(noisy.ask("686AF10100")).size(), 2u);
+}
+
+TEST(Exchange, SilenceIsAnEmptyReplyAndTheReconnectFlagWakesTheUnitAgain)
+{
+    test::SimBench bench(withRequestFault(1, Fault::DropSession));
+    ASSERT_TRUE(bench.wake(1));
+    EXPECT_FALSE(bench.ask("686AF10100").empty());
+    EXPECT_EQ(bench.ask("686AF10100"), "");
+    EXPECT_EQ(bench.ask("686AF10100"), "");
+    ASSERT_TRUE(bench.wake(1, "", true));
+    EXPECT_FALSE(bench.ask("686AF10100").empty());
+}
+
+TEST(Session, BodiesAreFramedFromTheStartFrameAndRepliesStartAtTheLengthByte)
+{
+    test::SimBench bench;
+    const std::string start = "8110FC81" + bench.link.ComputeChecksum("8110FC81");
+    EXPECT_EQ(start, "8110FC810E");
+    ASSERT_TRUE(bench.wake(3, start));
+    EXPECT_EQ(bench.link.EncodeRequest("020100"), "8210FC0100" + bench.link.ComputeChecksum("8210FC0100"));
+    const std::string reply = bench.ask("020100");
+    EXPECT_EQ(reply.substr(0, 4), "0641");
+    EXPECT_EQ(reply.size(), 14u) << "header and checksum stripped";
+}
+
+TEST(Session, PortStateSettingsAndStopwatch)
+{
+    test::SimBench bench;
+    EXPECT_FALSE(bench.link.IsPortOpen());
+    EXPECT_THROW(bench.link.Transact("686AF10100C4"), LinkError);
+    EXPECT_THROW(bench.link.EncodeRequest("68 6A"), LinkError);
+
+    const int before = bench.link.GetP3Delay();
+    bench.link.SetP3Delay(1500);
+    EXPECT_EQ(bench.link.GetP3Delay(), 1500);
+    bench.link.SetP3Delay(before);
+    EXPECT_EQ(bench.link.GetP3Delay(), before);
+
+    ASSERT_TRUE(bench.wake(1));
+    EXPECT_TRUE(bench.link.IsPortOpen());
+    // A close asked for from the idle hook, mid-exchange, happens when the exchange ends.
+    bench.link.setIdleHook([&] { bench.link.ClosePort(0); });
+    EXPECT_EQ(split(bench.ask("686AF10100")).size(), 2u);
+    EXPECT_FALSE(bench.link.IsPortOpen());
+
+    bench.link.StartStopwatch();
+    bench.clock.sleepFor(ms(1234) + 56);
+    bench.link.LapStopwatch();
+    EXPECT_EQ(bench.link.ReadStopwatch(), 12340);
+}
