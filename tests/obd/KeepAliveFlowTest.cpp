@@ -64,16 +64,5 @@ TEST(KeepAlive, SuccessfulWakeUpClearsTheStatusAndTheReplyClearsTheCount)
     EXPECT_TRUE(car.screen.tmrKeepAlive.enabled());
 }
 
-TEST(KeepAlive, TickAfterTheSessionWentDownTellsTheUser)
-{
-    test::CoreVehicle car;
-    ASSERT_TRUE(ConnectEcu(car.session));
-    car.session.LinkDown = true;
-    KeepAliveTick(car.session);
-    ASSERT_EQ(car.shell.boxes.size(), 1u);
-    EXPECT_EQ(car.shell.boxes[0].title, kNoCommunication);
-    EXPECT_FALSE(car.link.IsPortOpen());
-}
-
 } // namespace
 } // namespace kvx::obd

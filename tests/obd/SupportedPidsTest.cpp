@@ -25,18 +25,6 @@ TEST(DecodeSupportedPids, BitmapExampleMarksItsThirtyTwoParameters)
     EXPECT_EQ(car.session.EcuAddress, "10");
 }
 
-TEST(DecodeSupportedPids, ShortMessageAndLaterRangeAndFreezeFrameColumn)
-{
-    test::CoreVehicle car;
-    // Only A and B (and a checksum): the first sixteen parameters of the range at most.
-    DecodeSupportedPids(car.session, "486B104120FFFF00", "02");
-    std::vector<int> expected;
-    for (int pid = 0x21; pid <= 0x30; ++pid)
-        expected.push_back(pid);
-    EXPECT_EQ(marked(car.session, 1), expected);
-    EXPECT_TRUE(marked(car.session, 0).empty());
-}
-
 TEST(DecodeSupportedPids, SecondNewUnitBecomesTheUnitInUse)
 {
     test::CoreVehicle car;
