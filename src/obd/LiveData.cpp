@@ -90,11 +90,29 @@ void showReply(Session& session, int row, const std::string& reply)
     }
 }
 
+// However the loop ends (a recorder fault included), the session is left idle with the
+// keep-alive timer running while the link is up.
+class BusyScope {
+public:
+    explicit BusyScope(Session& session) : session_(session) { session_.Busy = true; }
+    ~BusyScope()
+    {
+        session_.Busy = false;
+        if (!session_.LinkDown)
+            RestartKeepAlive(session_);
+    }
+    BusyScope(const BusyScope&) = delete;
+    BusyScope& operator=(const BusyScope&) = delete;
+
+private:
+    Session& session_;
+};
+
 } // namespace
 
 void StartLiveData(Session& session)
 {
-    session.Busy = true;
+    const BusyScope busy(session);
     RunLinkCommand(session, [&] {
         while (stillPolling(session)) {
             session.screen.tmrKeepAlive.setEnabled(false);
@@ -107,7 +125,6 @@ void StartLiveData(Session& session)
                 session.link.clock().sleepFor(kIdlePassWait);
         }
     });
-    session.Busy = false;
 }
 
 bool PollLiveData(Session& session, const std::string& headerByte1, const std::string& headerByte2)

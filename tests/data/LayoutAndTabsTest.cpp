@@ -1,6 +1,5 @@
 #include "data/GridLayouts.h"
 #include "data/TabLayout.h"
-#include "data/VehicleLists.h"
 #include "session/MainScreen.h"
 #include "session/Session.h"
 
@@ -77,24 +76,6 @@ TEST(Tabs, ModulesRebuildOnlyTheirTabsAndClearingHidesEveryPanel)
     ASSERT_EQ(screen.TabStrip1.tabs().size(), 1u);
     EXPECT_EQ(screen.TabStrip1.tabs()[0].caption, "LIVE DATA");
     EXPECT_EQ(ModuleTabs(4), TabFlags{});
-}
-
-TEST(VehicleLists, YearChoiceRefillsMakes)
-{
-    MainScreen screen;
-    FillYearList(screen);
-    EXPECT_EQ(screen.cmbYear.items(), (std::vector<std::string>{"None", "1997"}));
-    EXPECT_EQ(screen.cmbYear.text(), "None");
-
-    screen.cmbYear.setCurrentIndex(1);
-    FillMakeList(screen);
-    EXPECT_EQ(screen.cmbMake.items(), std::vector<std::string>{"Acura"});
-
-    for (const char* year : {"None", "1998"}) {
-        screen.cmbYear.setText(year);
-        FillMakeList(screen);
-        EXPECT_TRUE(screen.cmbMake.items().empty()) << year;
-    }
 }
 
 } // namespace

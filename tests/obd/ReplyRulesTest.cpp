@@ -1,5 +1,4 @@
 #include "obd/Connection.h"
-#include "obd/RequestCycle.h"
 
 #include <gtest/gtest.h>
 
@@ -28,17 +27,6 @@ TEST(FirstReply, FourteenCharactersOrFewerIsIncomplete)
     EXPECT_EQ(FirstReplyProblem("486B104100BE1FA"), "");
     // Length comes first: an empty reply reports the P3 advice as well.
     EXPECT_EQ(FirstReplyProblem(""), kIncompleteReplyText);
-}
-
-TEST(Messages, SplitAtColonsAndSourceAtCharactersFiveAndSix)
-{
-    const auto messages = SplitMessages("486B10410C1AF8C0:486B18410C1AF8C8");
-    ASSERT_EQ(messages.size(), 2u);
-    EXPECT_EQ(SourceAddress(messages[0]), "10");
-    EXPECT_EQ(SourceAddress(messages[1]), "18");
-    EXPECT_TRUE(SplitMessages("").empty());
-    EXPECT_EQ(SplitMessages("AB:").size(), 2u);
-    EXPECT_EQ(SourceAddress("486B1"), "");
 }
 
 } // namespace

@@ -1,0 +1,97 @@
+#include "obd/Connection.h"
+#include "obd/Disconnect.h"
+#include "obd/LiveData.h"
+#include "support/CoreVehicle.h"
+
+#include <gtest/gtest.h>
+
+namespace kvx::obd {
+namespace {
+
+sim::VehicleConfig silentWakeUps(std::initializer_list<int> numbers)
+{
+    sim::VehicleConfig config;
+    for (int n : numbers)
+        config.faults.wakeUps[n] = sim::Fault::Silence;
+    return config;
+}
+
+TEST(ConnectEcu, TryAllTriesEachProtocolOnceThenInitFailedLeavingFour)
+{
+    test::CoreVehicle car(silentWakeUps({0, 1, 2}), link::TryAll);
+    EXPECT_FALSE(ConnectEcu(car.session));
+    EXPECT_EQ(car.statusTexts, (std::vector<std::string>{"TRYING PROTOCOL 1...", "TRYING PROTOCOL 2...",
+                                                         "TRYING PROTOCOL 3...", "INIT FAILED"}));
+    EXPECT_EQ(car.session.settings.ProtocolNumber, link::TryAll);
+    EXPECT_TRUE(car.session.LinkDown);
+    EXPECT_TRUE(car.shell.boxes.empty());
+    EXPECT_FALSE(car.screen.tmrKeepAlive.enabled());
+    EXPECT_EQ(car.screen.tmrKeepAlive.interval(), car.session.settings.KeepAlive);
+    EXPECT_TRUE(car.screen.control("Connect").enabled());
+}
+
+TEST(ConnectEcu, SingleProtocolGetsOneAttempt)
+{
+    test::CoreVehicle car(silentWakeUps({0, 1, 2}), link::Kwp2000Fast);
+    EXPECT_FALSE(ConnectEcu(car.session));
+    EXPECT_EQ(car.statusTexts, (std::vector<std::string>{"TRYING PROTOCOL 3...", "INIT FAILED"}));
+    EXPECT_EQ(car.session.settings.ProtocolNumber, link::Kwp2000Fast);
+}
+
+TEST(ConnectEcu, IsoSessionWithTwoUnitsPreparesTheScreen)
+{
+    test::CoreVehicle car;
+    ASSERT_TRUE(ConnectEcu(car.session)) << (car.shell.boxes.empty() ? "" : car.shell.boxes[0].text);
+    EXPECT_EQ(car.session.HeaderByte1, "68");
+    EXPECT_EQ(car.session.HeaderByte2, "6A");
+    EXPECT_FALSE(car.session.LinkDown);
+    // Both units answer the bitmap request; the last new one is the unit in use.
+    ASSERT_EQ(car.screen.cmbModule.items().size(), 2u);
+    EXPECT_EQ(car.session.EcuAddress, car.screen.cmbModule.items().back());
+    EXPECT_EQ(car.countStatus("REQUESTING...00"), 1);
+    EXPECT_EQ(car.screen.StatusBar1.text(1), "");
+
+    const GridModel& grid = car.screen.GridMode1;
+    ASSERT_GT(grid.rows(), 1);
+    const GridCell& marker = grid.cell(1, MarkerColumn);
+    EXPECT_EQ(marker.text, kTickedMarker);
+    EXPECT_EQ(marker.fontName, "Wingdings");
+    EXPECT_TRUE(marker.centered);
+    for (int row = 1; row < grid.rows(); ++row)
+        EXPECT_NE(std::stoi(grid.text(row, PidColumn), nullptr, 16) % 0x20, 0);
+    EXPECT_EQ(car.screen.cmbPid[0].items().front(), "OFF");
+    EXPECT_EQ(car.screen.cmbPid[0].items().size(), static_cast<std::size_t>(grid.rows()));
+    EXPECT_EQ(car.screen.cmbPid[0].items()[1].substr(0, 5), grid.text(1, PidColumn) + " - ");
+
+    EXPECT_TRUE(car.screen.tmrKeepAlive.enabled());
+    EXPECT_TRUE(car.screen.control("chkLog").enabled());
+    EXPECT_FALSE(car.screen.control("Connect").enabled());
+    EXPECT_TRUE(car.link.IsPortOpen());
+}
+
+TEST(Disconnect, ClosesThePortAndPutsTryAllBack)
+{
+    test::CoreVehicle car({}, link::TryAll);
+    ASSERT_TRUE(ConnectEcu(car.session));
+    EXPECT_EQ(car.session.settings.ProtocolNumber, link::Iso9141Slow);
+    EXPECT_FALSE(QueryClose(car.session));
+    EXPECT_EQ(car.screen.StatusBar1.text(1), kDisconnectToExit);
+
+    car.session.SilenceCount = 4;
+    Disconnect(car.session);
+    EXPECT_FALSE(car.link.IsPortOpen());
+    EXPECT_TRUE(car.session.LinkDown);
+    EXPECT_EQ(car.session.SilenceCount, 0);
+    EXPECT_EQ(car.session.settings.ProtocolNumber, link::TryAll);
+    EXPECT_TRUE(car.screen.cmbModule.items().empty());
+    EXPECT_FALSE(car.screen.tmrKeepAlive.enabled());
+    EXPECT_FALSE(car.screen.control("chkLog").enabled());
+    EXPECT_TRUE(car.screen.control("Connect").enabled());
+
+    car.session.Replaying = true;
+    EXPECT_FALSE(QueryClose(car.session));
+    EXPECT_EQ(car.screen.StatusBar1.text(1), kStopPlayingLog);
+}
+
+} // namespace
+} // namespace kvx::obd

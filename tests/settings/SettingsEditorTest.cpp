@@ -1,0 +1,121 @@
+#include "link/LinkSession.h"
+#include "obd/Disconnect.h"
+#include "session/MainScreen.h"
+#include "session/Session.h"
+#include "settings/SettingsEditor.h"
+#include "settings/SettingsStore.h"
+#include "support/RecordingShell.h"
+#include "support/TempSettings.h"
+
+#include <gtest/gtest.h>
+
+namespace kvx::settings {
+namespace {
+
+// The dialog over a freshly loaded session; no port is ever opened.
+struct Dialog {
+    test::TempSettings store;
+    link::VirtualClock clock;
+    link::LinkSession link{[](int) -> std::unique_ptr<link::Wire> { return nullptr; }, clock};
+    MainScreen screen;
+    test::RecordingShell shell;
+    Session session{link, screen, shell};
+    SettingsEditor editor{session};
+
+    Dialog()
+    {
+        LoadCommSettings(session);
+        editor.Form_Load();
+    }
+};
+
+TEST(SettingsEditor, LoadShowsTheSettingsWithApplyDisabledAndEditsEnableIt)
+{
+    Dialog d;
+    EXPECT_EQ(d.editor.txtP3.text(), "300");
+    EXPECT_EQ(d.editor.cmbTypeProtocol.text(), "Try All");
+    EXPECT_EQ(d.editor.cmbPort.text(), "1");
+    EXPECT_EQ(d.editor.cmbInterface.text(), kInterfaceName);
+    EXPECT_EQ(d.editor.cmbPort.items().size(), 17u);
+    EXPECT_FALSE(d.editor.cmdApply.enabled());
+    EXPECT_EQ(d.screen.lblSpeed.text(), "300");
+    EXPECT_EQ(d.screen.tmrKeepAlive.interval(), 500);
+
+    d.editor.edit(d.editor.txtBaud, "9600");
+    EXPECT_TRUE(d.editor.cmdApply.enabled());
+    d.editor.cmdClose_Click();
+    EXPECT_EQ(d.editor.txtBaud.text(), "10400");
+    EXPECT_FALSE(d.editor.cmdApply.enabled());
+    d.editor.choose(d.editor.cmbPort, 3);
+    EXPECT_TRUE(d.editor.cmdApply.enabled());
+}
+
+TEST(SettingsEditor, P3IsCappedAt500)
+{
+    Dialog d;
+    const std::pair<const char*, const char*> cases[] = {
+        {"750", "500"}, {"500", "500"}, {"abc", "abc"}, {"501ms", "500"}, {"", ""}, {"-20", "-20"}};
+    for (const auto& [typed, shown] : cases) {
+        d.editor.edit(d.editor.txtP3, typed);
+        EXPECT_EQ(d.editor.txtP3.text(), shown) << typed;
+    }
+}
+
+TEST(SettingsEditor, DefaultAppliesAndSavesItsSetKeepingThePort)
+{
+    Dialog d;
+    d.editor.choose(d.editor.cmbPort, d.editor.cmbPort.indexOf(kVirtualVehicleEntry));
+    ASSERT_TRUE(d.editor.cmdApply_Click());
+    ASSERT_TRUE(d.editor.cmdDefault_Click());
+    EXPECT_FALSE(d.editor.cmdApply.enabled());
+    const std::pair<const char*, const char*> stored[] = {
+        {"BaudRate", "10400"}, {"Port", "0"}, {"KeepAlive", "700"}, {"P4Delay", "25"},
+        {"InterByteDelay", "5"}, {"TypeProtocol", "4"}, {"Kwp2000InitDelay", "22"}, {"P3Delay", "275"}};
+    for (const auto& [key, text] : stored)
+        EXPECT_EQ(d.store.get(key), text) << key;
+    EXPECT_EQ(d.session.settings.PortNumber, kVirtualVehiclePort);
+    EXPECT_EQ(d.screen.tmrKeepAliveEnhance.interval(), 700);
+    EXPECT_EQ(d.screen.sldSpeedP3.value(), 275);
+    EXPECT_EQ(d.link.GetP3Delay(), 275);
+}
+
+TEST(SettingsEditor, ProtocolChoiceSetsNumberAndTryAll)
+{
+    Dialog d;
+    d.editor.choose(d.editor.cmbTypeProtocol, 2);
+    ASSERT_TRUE(d.editor.cmdApply_Click());
+    EXPECT_EQ(d.store.get("TypeProtocol"), "3");
+    EXPECT_FALSE(d.session.settings.TryAllProtocols);
+
+    d.editor.choose(d.editor.cmbTypeProtocol, 3);
+    ASSERT_TRUE(d.editor.cmdApply_Click());
+    EXPECT_EQ(d.store.get("TypeProtocol"), "4");
+    EXPECT_TRUE(d.session.settings.TryAllProtocols);
+}
+
+TEST(SettingsEditor, NonNumberRefusesTheWholeApply)
+{
+    Dialog d;
+    d.editor.edit(d.editor.txtKeepAlive, "800");
+    d.editor.edit(d.editor.txtP4, "x5");
+    EXPECT_FALSE(d.editor.cmdApply_Click());
+    ASSERT_EQ(d.shell.boxes.size(), 1u);
+    EXPECT_NE(d.shell.boxes[0].text.find("P4 Delay"), std::string::npos);
+    EXPECT_EQ(d.session.settings.KeepAlive, 500);
+    EXPECT_EQ(d.store.get("KeepAlive"), "");
+    EXPECT_TRUE(d.editor.cmdApply.enabled());
+}
+
+TEST(SettingsEditor, SliderP3IsSavedAtExitWithoutApply)
+{
+    Dialog d;
+    SetP3FromSlider(d.session, 200);
+    EXPECT_EQ(d.screen.lblSpeed.text(), "200");
+    EXPECT_EQ(d.store.get("P3Delay"), "");
+    EXPECT_TRUE(obd::QueryClose(d.session));
+    EXPECT_EQ(d.store.get("P3Delay"), "200");
+    EXPECT_EQ(d.store.get("BaudRate"), "");
+}
+
+} // namespace
+} // namespace kvx::settings

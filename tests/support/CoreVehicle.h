@@ -1,0 +1,74 @@
+#pragma once
+
+#include "data/TabLayout.h"
+#include "link/Clock.h"
+#include "link/LinkSession.h"
+#include "session/MainScreen.h"
+#include "session/Session.h"
+#include "sim/VirtualVehicle.h"
+#include "support/RecordingShell.h"
+
+#include <QObject>
+#include <string>
+#include <vector>
+
+namespace kvx::test {
+
+// A main screen and session on the virtual vehicle in virtual time, every tab present and
+// "LIVE DATA" selected, the settings on the vehicle's port. Panel 1's texts are kept in order.
+struct CoreVehicle {
+    explicit CoreVehicle(sim::VehicleConfig config = {}, int protocol = link::Iso9141Slow)
+        : vehicle(clock, std::move(config))
+    {
+        session.settings.PortNumber = kVirtualVehiclePort;
+        session.settings.ProtocolNumber = protocol;
+        session.settings.TryAllProtocols = protocol == link::TryAll;
+        data::BuildTabs(screen, data::ModuleTabs(ModuleGeneric));
+        QObject::connect(&screen.StatusBar1, &StatusBarModel::changed, [this](int panel) {
+            if (panel == 1)
+                statusTexts.push_back(screen.StatusBar1.text(1));
+        });
+    }
+
+    int countStatus(const std::string& text) const
+    {
+        int n = 0;
+        for (const auto& t : statusTexts)
+            n += t == text;
+        return n;
+    }
+
+    // Cuts GridMode1 down to the ticked row of this parameter; false when there is no such row.
+    bool pollOnly(const std::string& pid)
+    {
+        GridModel& grid = screen.GridMode1;
+        for (int row = 1; row < grid.rows(); ++row) {
+            if (grid.text(row, 1) != pid)
+                continue;
+            for (int col = 0; col < grid.cols(); ++col)
+                grid.setCell(1, col, grid.cell(row, col));
+            grid.setRows(2);
+            return true;
+        }
+        return false;
+    }
+
+    void untickAll()
+    {
+        for (int row = 1; row < screen.GridMode1.rows(); ++row)
+            screen.GridMode1.setText(row, 0, "q");
+    }
+
+    // Long enough without a request that the units give their session up.
+    void outwaitSession() { clock.sleepFor(link::ms(6000)); }
+
+    link::VirtualClock clock;
+    sim::VirtualVehicle vehicle;
+    link::LinkSession link{[this](int) { return vehicle.makeWire(); }, clock};
+    MainScreen screen;
+    RecordingShell shell;
+    Session session{link, screen, shell};
+    std::vector<std::string> statusTexts;
+};
+
+} // namespace kvx::test
