@@ -110,6 +110,16 @@ bool LogController::open(const std::string& path)
     return true;
 }
 
+void LogController::closeFile()
+{
+    stop();
+    file_.reset();
+    opened_ = false;
+    fileLabel_ = "File:";
+    fileToolTip_.clear();
+    emit changed();
+}
+
 void LogController::play()
 {
     if (!opened_ || session_.Replaying)

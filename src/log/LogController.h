@@ -31,6 +31,9 @@ public:
     // OpenLogFile, then on success the position back to 0 and the grid laid out for the log.
     bool open(const std::string& path);
 
+    // The open dialog was cancelled: the player is left without a file.
+    void closeFile();
+
     // Plays from the position until the end or a stop; returns at once while already playing.
     void play();
     void stop();
