@@ -15,20 +15,13 @@ using test::readAll;
 using test::writeAll;
 using test::writeLog;
 
-struct Player {
-    test::LogRig rig;
-    test::VirtualStopwatch stopwatch;
-    int shown = 0;
-    LogController controller{rig.session, stopwatch,
-                             FrameHandlers{{kGenericHeader, FrameHandler{{}, [this](const std::string&) { ++shown; }}}}};
-    Player() { controller.setSpeed(0); }
-    std::string path() const { return rig.file("Log/drive.log"); }
-    const test::RecordingShell::Box& onlyBox() const
-    {
-        EXPECT_EQ(rig.shell.boxes.size(), 1u);
-        return rig.shell.boxes.back();
-    }
-};
+using test::Player;
+
+const test::RecordingShell::Box& onlyBox(const Player& p)
+{
+    EXPECT_EQ(p.rig.shell.boxes.size(), 1u);
+    return p.rig.shell.boxes.back();
+}
 
 const std::vector<std::string> kFrames{liveFrame("0C", "1AF8"), liveFrame("0D", "32"), liveFrame("05", "7B")};
 
@@ -50,13 +43,13 @@ TEST(DamagedLog, FilesThatCannotBeOpenedAsLogsAreRefusedInPlainWords)
         writeAll(p.path(), c.bytes);
         EXPECT_FALSE(p.controller.OpenLogFile(p.path())) << c.what;
         EXPECT_FALSE(p.controller.isOpen());
-        EXPECT_EQ(p.onlyBox().title, "Error") << c.what;
-        EXPECT_NE(p.onlyBox().text.find(c.says), std::string::npos) << c.what << ": " << p.onlyBox().text;
+        EXPECT_EQ(onlyBox(p).title, "Error") << c.what;
+        EXPECT_NE(onlyBox(p).text.find(c.says), std::string::npos) << c.what << ": " << onlyBox(p).text;
         EXPECT_EQ(p.controller.fileLabel(), "File:");
     }
     Player missing;
     EXPECT_FALSE(missing.controller.OpenLogFile(missing.rig.file("Log/none.log")));
-    EXPECT_NE(missing.onlyBox().text.find("No such file"), std::string::npos);
+    EXPECT_NE(onlyBox(missing).text.find("No such file"), std::string::npos);
 }
 
 TEST(DamagedLog, ACountBeyondTheSliderIsRefusedAndAMissingCountIsTakenFromTheFile)
@@ -64,7 +57,7 @@ TEST(DamagedLog, ACountBeyondTheSliderIsRefusedAndAMissingCountIsTakenFromTheFil
     Player tooLong;
     writeLog(tooLong.path(), kGenericHeader, "4", kFrames, "32768");
     EXPECT_FALSE(tooLong.controller.OpenLogFile(tooLong.path()));
-    EXPECT_NE(tooLong.onlyBox().text.find("at most 32767"), std::string::npos);
+    EXPECT_NE(onlyBox(tooLong).text.find("at most 32767"), std::string::npos);
 
     Player limit;
     writeLog(limit.path(), kGenericHeader, "4", kFrames, "32767");
@@ -87,8 +80,8 @@ TEST(DamagedLog, PlaybackStopsWithAMessageAtATruncatedOrImpossibleFrame)
     writeAll(truncated.path(), bytes.left(bytes.size() - 4));
     ASSERT_TRUE(truncated.controller.open(truncated.path()));
     truncated.controller.play();
-    EXPECT_EQ(truncated.shown, 3); // record 149 and the two whole frames
-    EXPECT_NE(truncated.onlyBox().text.find("truncated"), std::string::npos);
+    EXPECT_EQ(truncated.shown.size(), 3u); // record 149 and the two whole frames
+    EXPECT_NE(onlyBox(truncated).text.find("truncated"), std::string::npos);
     EXPECT_EQ(truncated.rig.screen.StatusBar1.text(1), "LOG...END");
     EXPECT_FALSE(truncated.rig.session.Replaying);
 
@@ -99,8 +92,8 @@ TEST(DamagedLog, PlaybackStopsWithAMessageAtATruncatedOrImpossibleFrame)
     writeAll(overlong.path(), bytes);
     ASSERT_TRUE(overlong.controller.open(overlong.path()));
     overlong.controller.play();
-    EXPECT_EQ(overlong.shown, 2);
-    EXPECT_NE(overlong.onlyBox().text.find("at most 126"), std::string::npos);
+    EXPECT_EQ(overlong.shown.size(), 2u);
+    EXPECT_NE(onlyBox(overlong).text.find("at most 126"), std::string::npos);
 }
 
 // Random damage to a good log: the player must open or refuse it, and play what it opened, without
@@ -130,12 +123,12 @@ TEST(DamagedLog, RandomlyDamagedLogsNeverCrashOrHangThePlayer)
                 break;
         }
         p.rig.shell.boxes.clear();
-        p.shown = 0;
+        p.shown.clear();
         writeAll(p.path(), bytes);
         if (p.controller.open(p.path())) {
             p.controller.play();
             EXPECT_FALSE(p.rig.session.Replaying);
-            EXPECT_LE(p.shown, bytes.size() / kRecordSize);
+            EXPECT_LE(static_cast<long>(p.shown.size()), bytes.size() / kRecordSize);
         } else {
             EXPECT_FALSE(p.rig.shell.boxes.empty());
         }

@@ -2,7 +2,9 @@
 
 #include "link/Clock.h"
 #include "link/LinkSession.h"
+#include "log/LogController.h"
 #include "log/LogFile.h"
+#include "log/LogFormat.h"
 #include "log/ReplayStopwatch.h"
 #include "session/MainScreen.h"
 #include "session/Session.h"
@@ -82,5 +84,17 @@ inline std::string liveFrame(const std::string& pid, const std::string& data)
 {
     return "486B1041" + pid + data + "00";
 }
+
+// A player of generic logs whose handler keeps every frame it is given, pacing on virtual time.
+struct Player {
+    LogRig rig;
+    VirtualStopwatch stopwatch;
+    std::vector<std::string> shown;
+    log::LogController controller{
+        rig.session, stopwatch,
+        log::FrameHandlers{{log::kGenericHeader, {{}, [this](const std::string& f) { shown.push_back(f); }}}}};
+    Player() { controller.setSpeed(0); }
+    std::string path() const { return rig.file("Log/drive.log"); }
+};
 
 } // namespace kvx::test

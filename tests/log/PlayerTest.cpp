@@ -10,20 +10,8 @@ namespace kvx::log {
 namespace {
 
 using test::liveFrame;
+using test::Player;
 using test::writeLog;
-
-// A player whose generic handler notes every frame it is given.
-struct Player {
-    test::LogRig rig;
-    test::VirtualStopwatch stopwatch;
-    std::vector<std::string> shown;
-    LogController controller{rig.session, stopwatch,
-                             FrameHandlers{{kGenericHeader, FrameHandler{{}, [this](const std::string& f) {
-                                                                            shown.push_back(f);
-                                                                        }}}}};
-    Player() { controller.setSpeed(0); }
-    std::string path() const { return rig.file("Log/drive.log"); }
-};
 
 const std::vector<std::string> kFrames{liveFrame("0C", "1AF8"), liveFrame("0D", "32"), liveFrame("05", "7B")};
 
@@ -81,7 +69,7 @@ TEST(Player, PlayingFromTheStartShowsTheEmptyRecord149FirstAndEndsAtTheFileEnd)
 TEST(Player, ALogWithoutFramesReadsRecord149AndEnds)
 {
     Player p;
-    test::LogRig& rig = p.rig;
+    auto& rig = p.rig;
     ASSERT_TRUE(StartLogging(rig.session, rig.folder(), QDateTime(QDate(2009, 1, 17), QTime(8, 0))));
     StopLogging(rig.session);
     ASSERT_TRUE(p.controller.open(rig.session.LogPath));
@@ -152,21 +140,6 @@ TEST(Player, FramesArePacedBySleepingForTheSpeedInSlicesAndASpeedChangeActsAtOnc
     EXPECT_EQ(p.stopwatch.clock.now(), link::ms(100 + 100 + 30 + 30));
     // Slices of at most 10 ms: the wait sleeps instead of spinning.
     EXPECT_EQ(p.stopwatch.sleeps, 10 + 10 + 3 + 3);
-}
-
-TEST(Player, FormLoadStopsARecordingAndClosingGivesConnectBack)
-{
-    Player p;
-    auto& session = p.rig.session;
-    ASSERT_TRUE(StartLogging(session, p.rig.folder(), QDateTime(QDate(2009, 1, 17), QTime(8, 0))));
-    p.rig.screen.control("chkLog").setChecked(true);
-    p.controller.formLoad();
-    EXPECT_FALSE(session.Logging);
-    EXPECT_FALSE(p.rig.screen.control("chkLog").checked());
-    EXPECT_FALSE(p.rig.screen.control("Connect").enabled());
-    EXPECT_EQ(LogFile(session.LogPath, LogFile::Mode::Read).readRecord(99), "0");
-    EXPECT_TRUE(p.controller.queryUnload());
-    EXPECT_TRUE(p.rig.screen.control("Connect").enabled());
 }
 
 } // namespace

@@ -107,18 +107,5 @@ TEST(Recorder, AMissingLogFolderGivesTheSystemsReasonAndCreatesNothing)
     WriteLogFrame(rig.session, "486B1041");
 }
 
-TEST(Recorder, ASecondStartInTheSameSecondReplacesTheFirstFile)
-{
-    LogRig rig;
-    ASSERT_TRUE(StartLogging(rig.session, rig.folder(), kStarted));
-    WriteLogFrame(rig.session, test::liveFrame("0C", "1000"));
-    // Restarting without a stop abandons the first file without its count.
-    ASSERT_TRUE(StartLogging(rig.session, rig.folder(), kStarted));
-    StopLogging(rig.session);
-    LogFile file(rig.session.LogPath, LogFile::Mode::Read);
-    EXPECT_EQ(file.readRecord(99), "0");
-    EXPECT_EQ(file.readRecord(150), std::nullopt);
-}
-
 } // namespace
 } // namespace kvx::log

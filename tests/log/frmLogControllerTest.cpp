@@ -1,6 +1,7 @@
 #include "LogTestRig.h"
 
 #include "log/LogFormat.h"
+#include "log/Recorder.h"
 #include "log/frmLogController.h"
 
 #include <QApplication>
@@ -95,6 +96,18 @@ TEST(LogControllerWindow, OpensOnlyWhileDisconnectedAndStaysOpenWhilePlaying)
     w.rig.session.Replaying = false;
     EXPECT_TRUE(w.form.close());
     EXPECT_TRUE(w.rig.screen.control("Connect").enabled());
+}
+
+TEST(LogControllerWindow, OpeningThePlayerStopsARunningRecording)
+{
+    app();
+    test::LogRig rig;
+    ASSERT_TRUE(StartLogging(rig.session, rig.folder(), QDateTime(QDate(2009, 1, 17), QTime(8, 0))));
+    rig.screen.control("chkLog").setChecked(true);
+    frmLogController form(rig.session, std::make_unique<test::VirtualStopwatch>(), {}, {}, nullptr);
+    EXPECT_FALSE(rig.session.Logging);
+    EXPECT_FALSE(rig.screen.control("chkLog").checked());
+    EXPECT_EQ(LogFile(rig.session.LogPath, LogFile::Mode::Read).readRecord(99), "0");
 }
 
 TEST(LogControllerWindow, ExportsTheOpenLogAsCsv)
