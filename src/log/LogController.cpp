@@ -148,10 +148,11 @@ void LogController::rewind()
 long LogController::PlayLog(long record, const FrameHandler& handler)
 {
     setStatus("LOG...PLAY");
-    // The file is read afresh from its path for every run.
-    file_.reset();
+    // A handle of its own, read afresh from the path: a file opened from the window while this
+    // loop waits must not pull the file from under it.
+    std::unique_ptr<LogFile> file;
     try {
-        file_ = std::make_unique<LogFile>(path_, LogFile::Mode::Read);
+        file = std::make_unique<LogFile>(path_, LogFile::Mode::Read);
     } catch (const LogError& e) {
         session_.Replaying = false;
         setStatus("LOG...STOP");
@@ -166,7 +167,7 @@ long LogController::PlayLog(long record, const FrameHandler& handler)
         session_.shell.processEvents();
         std::optional<std::string> frame;
         try {
-            frame = file_->readRecord(record);
+            frame = file->readRecord(record);
         } catch (const LogError& e) {
             session_.shell.messageBox("Error", e.what(), MessageIcon::Exclamation);
         }

@@ -123,6 +123,20 @@ TEST(Player, PlayIsRefusedWhilePlayingOrWithoutAFileAndClosingWhilePlaying)
     EXPECT_TRUE(p.controller.queryUnload());
 }
 
+TEST(Player, OpeningAnotherFileWhilePlayingStopsThePlaybackSafely)
+{
+    Player p;
+    writeLog(p.path(), kGenericHeader, "4", kFrames);
+    ASSERT_TRUE(p.controller.open(p.path()));
+    p.rig.shell.onProcessEvents = [&] {
+        if (p.shown.size() == 2)
+            p.controller.open(p.rig.file("Log/missing.log"));
+    };
+    p.controller.play();
+    EXPECT_EQ(p.rig.screen.StatusBar1.text(1), "LOG...STOP");
+    EXPECT_FALSE(p.controller.isOpen());
+}
+
 TEST(Player, FramesArePacedBySleepingForTheSpeedInSlicesAndASpeedChangeActsAtOnce)
 {
     Player p;
