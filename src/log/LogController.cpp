@@ -47,11 +47,7 @@ LogController::~LogController() = default;
 
 bool LogController::failOpen(const std::string& title, const std::string& text, bool information)
 {
-    file_.reset();
-    opened_ = false;
-    fileLabel_ = "File:";
-    fileToolTip_.clear();
-    emit changed();
+    closeFile();
     session_.shell.messageBox(title, text, information ? MessageIcon::Information : MessageIcon::Exclamation);
     return false;
 }
@@ -126,7 +122,7 @@ void LogController::play()
         return;
     auto handler = handlers_.find(session_.LogHeader);
     if (handler == handlers_.end()) {
-        session_.shell.messageBox(kPlayerTitle, "Logs headed \"" + session_.LogHeader + "\" cannot be replayed yet.",
+        session_.shell.messageBox(kPlayerTitle, "This player cannot replay logs headed \"" + session_.LogHeader + "\".",
                                   MessageIcon::Information);
         return;
     }
