@@ -1,0 +1,45 @@
+#include "cli/Command.h"
+#include "log/LogFile.h"
+#include "log/LogSummary.h"
+
+#include <QCommandLineParser>
+#include <cstdio>
+
+namespace {
+
+int runLogInfo(const QStringList& args)
+{
+    QCommandLineParser parser;
+    parser.setApplicationDescription("Prints what a recorded log holds.");
+    parser.addHelpOption();
+    parser.addPositionalArgument("FILE.log", "The log to describe.");
+    parser.process(args);
+    if (parser.positionalArguments().size() != 1) {
+        std::fprintf(stderr, "kvx log-info: give one log file.\n");
+        return 2;
+    }
+    const std::string path = parser.positionalArguments().at(0).toStdString();
+    kvx::log::LogSummary summary;
+    try {
+        summary = kvx::log::SummariseLog(path);
+    } catch (const kvx::log::LogError& e) {
+        std::fprintf(stderr, "kvx log-info: %s\n", e.what());
+        return 1;
+    }
+    std::printf("Header:     %s\n", summary.header.c_str());
+    std::printf("Date:       %s\n", summary.date.c_str());
+    std::printf("Grid rows:  %s\n", summary.gridRows.c_str());
+    std::printf("Frames:     %s\n", summary.frameCount.empty() ? "(not recorded: the recording never stopped)"
+                                                                  : summary.frameCount.c_str());
+    std::printf("In file:    %ld\n", summary.framesInFile);
+    if (!summary.damage.empty()) {
+        std::printf("Damaged:    %s\n", summary.damage.c_str());
+        return 1;
+    }
+    return 0;
+}
+
+const kvx::cli::RegisterCommand kLogInfo{
+    {"log-info", "print a log's header, date, grid-row count and frame count", runLogInfo}};
+
+} // namespace

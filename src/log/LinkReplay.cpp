@@ -1,0 +1,40 @@
+#include "log/LinkReplay.h"
+
+#include "log/LogFormat.h"
+#include "session/MainScreen.h"
+#include "session/Session.h"
+
+namespace kvx::log {
+
+void LinkStopwatch::StartStopwatch()
+{
+    link_.StartStopwatch();
+}
+
+void LinkStopwatch::LapStopwatch()
+{
+    link_.LapStopwatch();
+}
+
+link::FixedSeconds LinkStopwatch::ReadStopwatch() const
+{
+    return link_.ReadStopwatch();
+}
+
+void LinkStopwatch::sleepFor(link::Micros duration)
+{
+    link_.clock().sleepFor(duration);
+}
+
+LiveDecoding LinkLiveDecoding(const link::LinkSession& link)
+{
+    return {[&link](const std::string& message, int selector) { return link.FormatLiveValue(message, selector); },
+            [&link](const std::string& pid) { return link.DescribePid(pid); }};
+}
+
+FrameHandlers SessionFrameHandlers(Session& session)
+{
+    return {{kGenericHeader, GenericFrameHandler(session.screen.GridMode1, LinkLiveDecoding(session.link))}};
+}
+
+} // namespace kvx::log

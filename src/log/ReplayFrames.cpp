@@ -1,0 +1,60 @@
+#include "log/ReplayFrames.h"
+
+#include "session/GridModel.h"
+
+#include <set>
+
+namespace kvx::log {
+
+namespace {
+
+// The ticked-box mark of a polled row, in the symbol font the live grid uses.
+GridCell tickedMarker()
+{
+    GridCell cell;
+    cell.text = "þ";
+    cell.fontName = "Wingdings";
+    cell.fontSize = 14;
+    cell.centered = true;
+    return cell;
+}
+
+} // namespace
+
+std::string FramePid(const std::string& frame)
+{
+    return frame.size() >= 10 ? frame.substr(8, 2) : std::string();
+}
+
+FrameHandler GenericFrameHandler(GridModel& grid, LiveDecoding decoding)
+{
+    FrameHandler handler;
+    handler.prepare = [&grid, decoding](const std::vector<std::string>& frames) {
+        grid.clear();
+        std::set<std::string> seen;
+        for (const auto& frame : frames) {
+            const std::string pid = FramePid(frame);
+            if (pid.empty() || !seen.insert(pid).second)
+                continue;
+            const int row = grid.addRow();
+            grid.setCell(row, 0, tickedMarker());
+            grid.setText(row, 1, pid);
+            grid.setText(row, 2, decoding.describe(pid));
+        }
+    };
+    handler.show = [&grid, decoding](const std::string& frame) {
+        const std::string pid = FramePid(frame);
+        if (pid.empty())
+            return;
+        for (int row = 1; row < grid.rows(); ++row) {
+            if (grid.text(row, 1) != pid)
+                continue;
+            grid.setText(row, 3, decoding.format(frame, 1));
+            grid.setText(row, 4, decoding.format(frame, 2));
+            return;
+        }
+    };
+    return handler;
+}
+
+} // namespace kvx::log

@@ -1,0 +1,100 @@
+#pragma once
+
+#include "link/Clock.h"
+#include "link/LinkSession.h"
+#include "log/LogController.h"
+#include "log/LogFile.h"
+#include "log/LogFormat.h"
+#include "log/ReplayStopwatch.h"
+#include "session/MainScreen.h"
+#include "session/Session.h"
+#include "support/RecordingShell.h"
+
+#include <QByteArray>
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <string>
+#include <vector>
+
+namespace kvx::test {
+
+// A stopwatch on virtual time: sleeping moves the clock, so pacing is exact and instant.
+class VirtualStopwatch final : public log::ReplayStopwatch {
+public:
+    link::VirtualClock clock;
+    int sleeps = 0;
+
+    void StartStopwatch() override { start_ = lap_ = clock.now(); }
+    void LapStopwatch() override { lap_ = clock.now(); }
+    link::FixedSeconds ReadStopwatch() const override { return (lap_ - start_) / 100; }
+    void sleepFor(link::Micros duration) override
+    {
+        ++sleeps;
+        clock.sleepFor(duration);
+    }
+
+private:
+    link::Micros start_ = 0, lap_ = 0;
+};
+
+// A session for the log code, which reaches the screen and the shell but never the link: the
+// link's place is held by storage that is never used as one.
+struct LogRig {
+    alignas(link::LinkSession) unsigned char linkPlace[sizeof(link::LinkSession)]{};
+    MainScreen screen;
+    RecordingShell shell;
+    Session session{*reinterpret_cast<link::LinkSession*>(linkPlace), screen, shell};
+    QTemporaryDir dir;
+
+    LogRig() { QDir(dir.path()).mkdir("Log"); }
+    std::string folder() const { return dir.path().toStdString(); }
+    std::string file(const std::string& name) const { return QDir(dir.path()).filePath(QString::fromStdString(name)).toStdString(); }
+};
+
+inline QByteArray readAll(const std::string& path)
+{
+    QFile f(QString::fromStdString(path));
+    f.open(QIODevice::ReadOnly);
+    return f.readAll();
+}
+
+inline void writeAll(const std::string& path, const QByteArray& bytes)
+{
+    QFile f(QString::fromStdString(path));
+    f.open(QIODevice::WriteOnly | QIODevice::Truncate);
+    f.write(bytes);
+}
+
+// A log written record by record, as the recorder lays it out.
+inline void writeLog(const std::string& path, const std::string& header, const std::string& rows,
+                     const std::vector<std::string>& frames, std::string count = "-")
+{
+    log::LogFile file(path, log::LogFile::Mode::Create);
+    file.writeRecord(98, rows);
+    file.writeRecord(100, header);
+    file.writeRecord(102, "01/17/2009");
+    for (std::size_t k = 0; k < frames.size(); ++k)
+        file.writeRecord(150 + static_cast<long>(k), frames[k]);
+    file.writeRecord(99, count == "-" ? std::to_string(frames.size()) : count);
+}
+
+// A generic live-data reply for a parameter: header 48 6B 10, service 41, the parameter and data.
+inline std::string liveFrame(const std::string& pid, const std::string& data)
+{
+    return "486B1041" + pid + data + "00";
+}
+
+// A player of generic logs whose handler keeps every frame it is given, pacing on virtual time.
+struct Player {
+    LogRig rig;
+    VirtualStopwatch stopwatch;
+    std::vector<std::string> shown;
+    log::LogController controller{
+        rig.session, stopwatch,
+        log::FrameHandlers{{log::kGenericHeader, {{}, [this](const std::string& f) { shown.push_back(f); }}}}};
+    Player() { controller.setSpeed(0); }
+    std::string path() const { return rig.file("Log/drive.log"); }
+};
+
+} // namespace kvx::test

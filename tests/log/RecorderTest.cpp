@@ -1,0 +1,111 @@
+#include "LogTestRig.h"
+
+#include "log/LogFormat.h"
+#include "log/Recorder.h"
+
+#include <QFileInfo>
+#include <gtest/gtest.h>
+
+namespace kvx::log {
+namespace {
+
+using test::LogRig;
+using test::readAll;
+
+const QDateTime kStarted(QDate(2009, 1, 17), QTime(19, 52, 7));
+
+QByteArray record(const std::string& text)
+{
+    QByteArray r(kRecordSize, '\0');
+    r[0] = static_cast<char>(text.size());
+    r.replace(2, static_cast<int>(text.size()), QByteArray::fromStdString(text));
+    return r;
+}
+
+TEST(Recorder, StartAndStopAtOnceWritesOnlyTheFixedRecordsByteForByte)
+{
+    LogRig rig;
+    rig.screen.GridMode1.setRows(5);
+    ASSERT_TRUE(StartLogging(rig.session, rig.folder(), kStarted));
+    EXPECT_TRUE(rig.session.Logging);
+    EXPECT_EQ(rig.session.LogRecordNumber, 150);
+    StopLogging(rig.session);
+    EXPECT_FALSE(rig.session.Logging);
+
+    const std::string path = rig.file("Log/SAEJ1979 01-17-2009 195207.log");
+    EXPECT_EQ(rig.session.LogPath, path);
+    QByteArray expected(97 * kRecordSize, '\0');
+    expected += record("5") + record("0") + record(kGenericHeader) + QByteArray(kRecordSize, '\0');
+    expected += record("01/17/2009").left(2 + 10);
+    EXPECT_EQ(readAll(path), expected);
+}
+
+TEST(Recorder, FramesFollowRecord149InOrderAndTheStopCountsThem)
+{
+    LogRig rig;
+    ASSERT_TRUE(StartLogging(rig.session, rig.folder(), kStarted));
+    // Three replies of two accepted messages each.
+    for (int reply = 0; reply < 3; ++reply)
+        for (const char* pid : {"0C", "0D"})
+            WriteLogFrame(rig.session, test::liveFrame(pid, std::to_string(reply) + "0"));
+    StopLogging(rig.session);
+
+    LogFile file(rig.session.LogPath, LogFile::Mode::Read);
+    EXPECT_EQ(file.readRecord(99), "6");
+    EXPECT_EQ(file.readRecord(149), "");
+    EXPECT_EQ(file.readRecord(150), test::liveFrame("0C", "00"));
+    EXPECT_EQ(file.readRecord(155), test::liveFrame("0D", "20"));
+    EXPECT_EQ(file.readRecord(156), std::nullopt);
+}
+
+TEST(Recorder, FramesAreWrittenOnlyWhileLoggingAndLongOnesAreTheLoopsFailure)
+{
+    LogRig rig;
+    WriteLogFrame(rig.session, "486B1041");
+    EXPECT_EQ(rig.session.LogRecordNumber, 150);
+
+    ASSERT_TRUE(StartLogging(rig.session, rig.folder(), kStarted));
+    WriteLogFrame(rig.session, std::string(126, 'A'));
+    EXPECT_THROW(WriteLogFrame(rig.session, std::string(127, 'A')), LogError);
+    EXPECT_EQ(rig.session.LogRecordNumber, 151);
+    CloseLogOnExit(rig.session);
+    EXPECT_EQ(LogFile(rig.session.LogPath, LogFile::Mode::Read).readRecord(99), "1");
+}
+
+TEST(Recorder, EachModuleHasItsFileWordAndHeaderAndAnUnknownOneNoHeader)
+{
+    const struct {
+        int module;
+        std::string name, header;
+    } cases[] = {
+        {0, "SAEJ1979 01-17-2009 195207.log", kGenericHeader},
+        {1, "NISSAN-ECU 01-17-2009 195207.log", kNissanEcuHeader},
+        {2, "NISSAN-TCU 01-17-2009 195207.log", kNissanTcuHeader},
+        {3, "TOYOTA-ECU 01-17-2009 195207.log", kToyotaHeader},
+        {9, "01-17-2009 195207.log", ""},
+    };
+    for (const auto& c : cases) {
+        LogRig rig;
+        rig.session.ModuleIndex = c.module;
+        ASSERT_TRUE(StartLogging(rig.session, rig.folder(), kStarted));
+        StopLogging(rig.session);
+        EXPECT_EQ(QFileInfo(QString::fromStdString(rig.session.LogPath)).fileName().toStdString(), c.name);
+        EXPECT_EQ(LogFile(rig.session.LogPath, LogFile::Mode::Read).readRecord(100), c.header);
+    }
+}
+
+TEST(Recorder, AMissingLogFolderGivesTheSystemsReasonAndCreatesNothing)
+{
+    LogRig rig;
+    QDir(rig.dir.path()).rmdir("Log");
+    EXPECT_FALSE(StartLogging(rig.session, rig.folder(), kStarted));
+    EXPECT_FALSE(rig.session.Logging);
+    EXPECT_EQ(rig.session.LogFileHandle, nullptr);
+    ASSERT_EQ(rig.shell.boxes.size(), 1u);
+    EXPECT_NE(rig.shell.boxes[0].text.find("No such file or directory"), std::string::npos);
+    EXPECT_FALSE(QDir(rig.dir.path()).exists("Log"));
+    WriteLogFrame(rig.session, "486B1041");
+}
+
+} // namespace
+} // namespace kvx::log
