@@ -21,27 +21,16 @@ bool Supported(const Session& session, int pid, int column)
     return session.SupportedPids[static_cast<std::size_t>(pid)][static_cast<std::size_t>(column)];
 }
 
-// The wait, the keep-alive timer and the run flag go back however the read ends.
-class FreezeFrameFraming {
+// The run flag is set for the walk (the stop button clears it) and cleared however it ends.
+class RunFlag {
 public:
-    explicit FreezeFrameFraming(Session& session) : session_(session), keptWait_(session.link.GetP3Delay())
-    {
-        PauseKeepAlive(session_);
-        session_.link.SetP3Delay(kFreezeFrameWait);
-        session_.Busy = true;
-    }
-    ~FreezeFrameFraming()
-    {
-        session_.Busy = false;
-        session_.link.SetP3Delay(keptWait_);
-        ResumeKeepAlive(session_);
-    }
-    FreezeFrameFraming(const FreezeFrameFraming&) = delete;
-    FreezeFrameFraming& operator=(const FreezeFrameFraming&) = delete;
+    explicit RunFlag(Session& session) : session_(session) { session_.Busy = true; }
+    ~RunFlag() { session_.Busy = false; }
+    RunFlag(const RunFlag&) = delete;
+    RunFlag& operator=(const RunFlag&) = delete;
 
 private:
     Session& session_;
-    int keptWait_;
 };
 
 } // namespace
@@ -63,7 +52,9 @@ void RequestFreezeFrame(Session& session)
     }
     session.screen.txtMode2.clear();
     {
-        FreezeFrameFraming framing(session);
+        KeepAlivePause pause(session);
+        P3Override quick(session, kFreezeFrameWait);
+        RunFlag running(session);
         DiscoverSupport(session, 2, frames.text(), 0x40, kLastPid);
         ReadFreezeFrame(session, session.HeaderByte1, session.HeaderByte2);
     }

@@ -53,10 +53,10 @@ void ClickModeOnce(Session& session, int index)
     const std::string pid = InfoPidOfButton(index);
     if (pid.empty())
         return;
-    PauseKeepAlive(session);
+    KeepAlivePause pause(session);
     session.screen.txtInfo.clear();
+    session.shell.processEvents();
     RequestInfoPid(session, session.HeaderByte1, session.HeaderByte2, "01", pid);
-    ResumeKeepAlive(session);
 }
 
 void RequestInfoPid(Session& session, const std::string& headerByte1, const std::string& headerByte2,
@@ -83,7 +83,7 @@ void ReadVehicleId(Session& session)
 {
     if (!GenericServiceAllowed(session))
         return;
-    PauseKeepAlive(session);
+    KeepAlivePause pause(session);
     auto& box = session.screen.txtInfo;
     box.clear();
     if (!session.LinkDown) {
@@ -103,7 +103,6 @@ void ReadVehicleId(Session& session)
             box.insertAtCaret(vin.empty() ? std::string("No Response From ECU") : "VIN: " + vin + kLineBreak);
         }
     }
-    ResumeKeepAlive(session);
 }
 
 } // namespace kvx::obd

@@ -55,9 +55,11 @@ void StartLiveCombo(Session& session)
         return;
     session.Busy = true;
     while (KeepPolling(session)) {
-        PauseKeepAlive(session);
-        const bool goOn = PollLiveCombo(session);
-        ResumeKeepAlive(session);
+        bool goOn = false;
+        {
+            KeepAlivePause pause(session);
+            goOn = PollLiveCombo(session);
+        }
         if (!goOn)
             break;
     }

@@ -23,11 +23,12 @@ void RequestMonitorTests(Session& session)
 {
     if (!GenericServiceAllowed(session))
         return;
-    PauseKeepAlive(session);
-    data::LayoutMonitorTestGrid(session.screen);
-    DiscoverSupport(session, kService, "", 0xE0, kLastTestId);
-    ReadMonitorTests(session, session.HeaderByte1, session.HeaderByte2);
-    ResumeKeepAlive(session);
+    {
+        KeepAlivePause pause(session);
+        data::LayoutMonitorTestGrid(session.screen);
+        DiscoverSupport(session, kService, "", 0xE0, kLastTestId);
+        ReadMonitorTests(session, session.HeaderByte1, session.HeaderByte2);
+    }
     session.screen.StatusBar1.setText(1, "");
 }
 

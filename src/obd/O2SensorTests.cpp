@@ -23,13 +23,14 @@ void RequestO2SensorTests(Session& session)
 {
     if (!GenericServiceAllowed(session))
         return;
-    PauseKeepAlive(session);
-    data::LayoutO2SensorGrid(session.screen);
-    // The support request names a sensor too; any sensor will do, the chosen one is as good.
-    std::string sensor = O2SensorNumber(session.screen.cmbMode5.text());
-    DiscoverSupport(session, kService, sensor.empty() ? "01" : sensor, 0xE0, kLastTestId);
-    ReadO2SensorTests(session, session.HeaderByte1, session.HeaderByte2);
-    ResumeKeepAlive(session);
+    {
+        KeepAlivePause pause(session);
+        data::LayoutO2SensorGrid(session.screen);
+        // The support request names a sensor too; any sensor will do, the chosen one is as good.
+        std::string sensor = O2SensorNumber(session.screen.cmbMode5.text());
+        DiscoverSupport(session, kService, sensor.empty() ? "01" : sensor, 0xE0, kLastTestId);
+        ReadO2SensorTests(session, session.HeaderByte1, session.HeaderByte2);
+    }
     session.screen.StatusBar1.setText(1, "");
 }
 

@@ -19,15 +19,25 @@ bool GenericServiceAllowed(const Session& session)
     return session.ModuleIndex == ModuleGeneric && session.link.IsPortOpen();
 }
 
-void PauseKeepAlive(Session& session)
+KeepAlivePause::KeepAlivePause(Session& session) : session_(session)
 {
-    session.screen.tmrKeepAlive.setEnabled(false);
+    session_.screen.tmrKeepAlive.setEnabled(false);
 }
 
-void ResumeKeepAlive(Session& session)
+KeepAlivePause::~KeepAlivePause()
 {
-    session.screen.tmrKeepAlive.setInterval(session.settings.KeepAlive);
-    session.screen.tmrKeepAlive.setEnabled(true);
+    session_.screen.tmrKeepAlive.setInterval(session_.settings.KeepAlive);
+    session_.screen.tmrKeepAlive.setEnabled(true);
+}
+
+P3Override::P3Override(Session& session, int ms) : session_(session), kept_(session.link.GetP3Delay())
+{
+    session_.link.SetP3Delay(ms);
+}
+
+P3Override::~P3Override()
+{
+    session_.link.SetP3Delay(kept_);
 }
 
 } // namespace kvx::obd

@@ -20,40 +20,15 @@ std::string SelectedText(const RichTextModel& box)
     return box.text().substr(box.caret(), box.selectionLength());
 }
 
-// Puts the wait and the keep-alive timer back however the read ends, so a fault in the middle
-// does not leave the link slowed down or the session without keep-alive.
-class ReadFraming {
-public:
-    ReadFraming(Session& session, bool slowWait) : session_(session), slowWait_(slowWait)
-    {
-        if (slowWait_)
-            keptWait_ = session_.link.GetP3Delay();
-        PauseKeepAlive(session_);
-        session_.screen.txtMode347.clear();
-        if (slowWait_)
-            session_.link.SetP3Delay(kTroubleCodeWait);
-    }
-    ~ReadFraming()
-    {
-        if (slowWait_)
-            session_.link.SetP3Delay(keptWait_);
-        ResumeKeepAlive(session_);
-    }
-    ReadFraming(const ReadFraming&) = delete;
-    ReadFraming& operator=(const ReadFraming&) = delete;
-
-private:
-    Session& session_;
-    bool slowWait_;
-    int keptWait_ = 0;
-};
-
 void RunRead(Session& session, const char* service)
 {
     if (!GenericServiceAllowed(session))
         return;
     {
-        ReadFraming framing(session, true);
+        KeepAlivePause pause(session);
+        session.screen.txtMode347.clear();
+        session.shell.processEvents();
+        P3Override slow(session, kTroubleCodeWait);
         ReadTroubleCodes(session, session.HeaderByte1, session.HeaderByte2, service);
     }
     session.screen.StatusBar1.setText(1, "");
@@ -76,7 +51,9 @@ void RequestClearCodes(Session& session)
     if (!GenericServiceAllowed(session))
         return;
     {
-        ReadFraming framing(session, false);
+        KeepAlivePause pause(session);
+        session.screen.txtMode347.clear();
+        session.shell.processEvents();
         ClearTroubleCodes(session, session.HeaderByte1, session.HeaderByte2, "04");
     }
     session.screen.StatusBar1.setText(1, "");
