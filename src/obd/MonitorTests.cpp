@@ -1,6 +1,5 @@
 #include "obd/MonitorTests.h"
 
-#include "data/GridLayouts.h"
 #include "link/LinkSession.h"
 #include "link/decode/ModeSixDecoder.h"
 #include "obd/ServiceCycle.h"
@@ -25,7 +24,8 @@ void RequestMonitorTests(Session& session)
         return;
     {
         KeepAlivePause pause(session);
-        data::LayoutMonitorTestGrid(session.screen);
+        // The heading row was written when the window laid its grids out; only results go.
+        session.screen.gridMode6.setRows(1);
         DiscoverSupport(session, kService, "", 0xE0, kLastTestId);
         ReadMonitorTests(session, session.HeaderByte1, session.HeaderByte2);
     }

@@ -1,6 +1,5 @@
 #include "obd/O2SensorTests.h"
 
-#include "data/GridLayouts.h"
 #include "link/LinkSession.h"
 #include "obd/O2SensorNames.h"
 #include "obd/ServiceCycle.h"
@@ -25,7 +24,8 @@ void RequestO2SensorTests(Session& session)
         return;
     {
         KeepAlivePause pause(session);
-        data::LayoutO2SensorGrid(session.screen);
+        // The heading row was written when the window laid its grids out; only results go.
+        session.screen.gridMode5.setRows(1);
         // The support request names a sensor too; any sensor will do, the chosen one is as good.
         std::string sensor = O2SensorNumber(session.screen.cmbMode5.text());
         DiscoverSupport(session, kService, sensor.empty() ? "01" : sensor, 0xE0, kLastTestId);
