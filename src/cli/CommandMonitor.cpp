@@ -1,0 +1,33 @@
+#include "cli/Command.h"
+#include "cli/ScreenText.h"
+#include "cli/ServiceCommand.h"
+#include "obd/MonitorTests.h"
+#include "session/MainScreen.h"
+#include "session/Session.h"
+
+#include <cstdio>
+
+namespace kvx::cli {
+namespace {
+
+const RegisterCommand monitor{{"monitor", "on-board monitoring test results", [](const QStringList& args) {
+    return RunServiceCommand(args, {
+        "Reads the non-continuous monitoring tests (service 06). Test descriptions need --make.",
+        [](QCommandLineParser& p) {
+            p.addOption({"make", "The vehicle's make, for test descriptions (e.g. Acura).", "M"});
+            p.addOption({"year", "The vehicle's model year (e.g. 1997).", "Y"});
+        },
+        [](const QCommandLineParser& p) {
+            return p.isSet("year") && !p.isSet("make") ? QString("--year needs --make") : QString();
+        },
+        [](Session& session, const QCommandLineParser& p) {
+            session.screen.cmbYear.setText(p.value("year").toStdString());
+            session.screen.cmbMake.setText(p.value("make").toStdString());
+            obd::RequestMonitorTests(session);
+            std::printf("%s", GridText(session.screen.gridMode6).c_str());
+            return 0;
+        }});
+}}};
+
+} // namespace
+} // namespace kvx::cli

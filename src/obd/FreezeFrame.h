@@ -1,0 +1,23 @@
+#pragma once
+
+#include <string>
+
+namespace kvx {
+struct Session;
+}
+
+namespace kvx::obd {
+
+// The "FREEZE FRAME DATA" tab's button: learns which parameters the unit keeps in the frame
+// chosen in cmbFrame, then reads them into txtMode2.
+void RequestFreezeFrame(Session& session);
+
+// Reads every service 02 parameter the unit declared, one paragraph each: the description in a
+// 40-character column, then the two values in red, 20 characters each.
+void ReadFreezeFrame(Session& session, const std::string& headerByte1, const std::string& headerByte2);
+
+// True for the identifiers service 02 does not carry as values (support ranges, the
+// oxygen-sensor layouts, the monitor status).
+bool SkippedInFreezeFrame(int pid);
+
+} // namespace kvx::obd

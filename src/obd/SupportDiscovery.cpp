@@ -1,0 +1,27 @@
+#include "obd/SupportDiscovery.h"
+
+#include "obd/ServiceCycle.h"
+#include "obd/SupportBitmap.h"
+#include "session/Session.h"
+
+namespace kvx::obd {
+
+void DiscoverSupport(Session& session, int service, const std::string& suffix, int lastRange, int lastId)
+{
+    const auto column = static_cast<std::size_t>(service - 1);
+    for (int id = 0; id <= lastId && id < Session::kPidRows; ++id)
+        session.SupportedPids[static_cast<std::size_t>(id)][column] = false;
+    if (session.LinkDown)
+        return;
+    for (int range = 0; range <= lastRange; range += 0x20) {
+        if (range > 0 && !session.SupportedPids[static_cast<std::size_t>(range)][column])
+            return;
+        const std::string reply = RunRequestCycle(session, session.HeaderByte1 + session.HeaderByte2 + "F1" +
+                                                               HexByte(service) + HexByte(range) + suffix);
+        for (const auto& frame : SplitFrames(reply))
+            if (FromEcu(session, frame))
+                MarkSupportBitmap(session.SupportedPids, frame, service);
+    }
+}
+
+} // namespace kvx::obd

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "link/Clock.h"
+#include "link/LinkSession.h"
+#include "session/MainScreen.h"
+#include "session/Session.h"
+#include "sim/VirtualVehicle.h"
+#include "support/RecordingShell.h"
+
+#include <string>
+
+namespace kvx::test {
+
+// A session on the virtual vehicle in virtual time, woken over ISO 9141-2 and talking to the
+// engine unit (10) as the generic module does after connecting.
+struct VehicleSession {
+    link::VirtualClock clock;
+    sim::VirtualVehicle vehicle{clock};
+    link::LinkSession link{[this](int) { return vehicle.makeWire(); }, clock};
+    MainScreen screen;
+    RecordingShell shell;
+    Session session{link, screen, shell};
+
+    VehicleSession()
+    {
+        session.settings.PortNumber = kVirtualVehiclePort;
+        session.settings.ProtocolNumber = link::Iso9141Slow;
+        session.settings.TryAllProtocols = false;
+    }
+
+    bool connect()
+    {
+        std::string result;
+        const auto& s = session.settings;
+        if (!link.InitializeEcu("33", s.BaudRate, s.PortNumber, s.ProtocolNumber, "", false, result))
+            return false;
+        session.ModuleIndex = ModuleGeneric;
+        session.LinkDown = false;
+        session.HeaderByte1 = "68";
+        session.HeaderByte2 = "6A";
+        session.EcuAddress = "10";
+        return true;
+    }
+
+    // The three results of the last exchange; unchanged when a routine sent nothing.
+    std::string lastExchange() const { return session.LastFrame + "|" + session.LastRaw + "|" + session.LastResponse; }
+};
+
+} // namespace kvx::test
