@@ -87,7 +87,16 @@ TEST(LinkOnVehicle, KwpSlowInitAndKeyBytesChooseTheProtocol)
     Rig rig(kwpCar);
     EXPECT_FALSE(rig.init(link::Iso9141Slow));
     rig.clock.sleepFor(ms(3000));
+    const std::size_t before = rig.vehicle.record().bytes(Origin::Tester).size();
     ASSERT_TRUE(rig.init(link::Kwp2000Slow));
+    // The tester answers KB2 8F with 70 inside W4, and gets the inverted address back.
+    const auto tester = rig.vehicle.record().bytes(Origin::Tester);
+    const auto ecu = rig.vehicle.record().bytes(Origin::Ecu);
+    ASSERT_GT(tester.size(), before);
+    EXPECT_EQ(tester[before].byte, 0x70);
+    EXPECT_EQ(ecu.back().byte, 0xCC);
+    const link::Micros w4 = tester[before].time - rig.vehicle.byteTime() - ecu[ecu.size() - 2].time;
+    EXPECT_TRUE(w4 >= ms(25) && w4 <= ms(50)) << w4;
     EXPECT_FALSE(rig.ask("C033F10100").empty());
 }
 
