@@ -1,0 +1,67 @@
+#include "cli/Command.h"
+#include "link/decode/PidValue.h"
+#include "log/LogExport.h"
+#include "log/LogFile.h"
+
+#include <QCommandLineParser>
+#include <cstdio>
+#include <fstream>
+
+namespace {
+
+// The exporter decodes as the live-data screen does, without a link to a vehicle.
+kvx::log::LiveDecoding liveDecoding()
+{
+    return {[](const std::string& message, int selector) { return kvx::link::decode::formatLiveValue(message, selector); },
+            [](const std::string& pid) { return kvx::link::decode::describePid(pid, ""); }};
+}
+
+int runExport(const QStringList& args)
+{
+    QCommandLineParser parser;
+    parser.setApplicationDescription("Writes a generic live-data log as CSV, one row per frame.");
+    parser.addHelpOption();
+    parser.addPositionalArgument("FILE.log", "The log to export.");
+    parser.addOption({{"o", "output"}, "The CSV file to write (default: the log's name with .csv).", "FILE.csv"});
+    parser.process(args);
+    if (parser.positionalArguments().size() != 1) {
+        std::fprintf(stderr, "kvx export: give one log file.\n");
+        return 2;
+    }
+    const QString logPath = parser.positionalArguments().at(0);
+    QString csvPath = parser.value("output");
+    if (csvPath.isEmpty()) {
+        csvPath = logPath;
+        if (csvPath.endsWith(".log", Qt::CaseInsensitive))
+            csvPath.chop(4);
+        csvPath += ".csv";
+    }
+    std::ofstream out(csvPath.toStdString(), std::ios::binary | std::ios::trunc);
+    if (!out) {
+        std::fprintf(stderr, "kvx export: cannot write %s\n", qPrintable(csvPath));
+        return 1;
+    }
+    kvx::log::ExportResult result;
+    try {
+        result = kvx::log::ExportCsv(logPath.toStdString(), liveDecoding(), out);
+    } catch (const kvx::log::LogError& e) {
+        std::fprintf(stderr, "kvx export: %s\n", e.what());
+        return 1;
+    }
+    out.close();
+    if (!out) {
+        std::fprintf(stderr, "kvx export: writing %s failed\n", qPrintable(csvPath));
+        return 1;
+    }
+    std::printf("%ld frames written to %s\n", result.frames, qPrintable(csvPath));
+    if (!result.damage.empty()) {
+        std::fprintf(stderr, "kvx export: stopped early: %s\n", result.damage.c_str());
+        return 1;
+    }
+    return 0;
+}
+
+const kvx::cli::RegisterCommand kExport{
+    {"export", "write a generic live-data log as CSV (frame, PID, description, metric, US)", runExport}};
+
+} // namespace
