@@ -4,7 +4,7 @@
 #include "data/GridLayouts.h"
 #include "link/LinkError.h"
 #include "link/LinkSession.h"
-#include "obd/ConnectEcu.h"
+#include "obd/Connection.h"
 #include "obd/Disconnect.h"
 #include "ports/WireFactory.h"
 #include "session/MainScreen.h"
