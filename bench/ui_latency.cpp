@@ -1,11 +1,11 @@
 // While live data polls the virtual vehicle on the real clock, measures the longest stretch in
 // which the main window processes no events and the share of one CPU the process uses.
-#include "app/ProgramWires.h"
 #include "app/SessionActions.h"
 #include "app/StartUp.h"
 #include "app/frmMain.h"
 #include "link/Clock.h"
 #include "link/LinkSession.h"
+#include "ports/WireFactory.h"
 #include "session/MainScreen.h"
 #include "session/Session.h"
 #include "ui/QtShell.h"
@@ -26,7 +26,7 @@ int main(int argc, char** argv)
     const int seconds = argc > 1 ? std::max(1, std::atoi(argv[1])) : 10;
 
     link::SteadyClock clock;
-    link::LinkSession link(app::ProgramWires(clock), clock);
+    link::LinkSession link(ports::makeWireFactory(clock), clock);
     MainScreen screen;
     ui::QtShell shell;
     Session session(link, screen, shell);

@@ -1,4 +1,3 @@
-#include "app/ProgramWires.h"
 #include "app/SessionActions.h"
 #include "app/StartUp.h"
 #include "app/frmAbout.h"
@@ -6,6 +5,7 @@
 #include "enhanced/frmSelection.h"
 #include "link/Clock.h"
 #include "link/LinkSession.h"
+#include "ports/WireFactory.h"
 #include "session/MainScreen.h"
 #include "session/Session.h"
 #include "settings/SettingsEditor.h"
@@ -90,7 +90,7 @@ int main(int argc, char** argv)
 
     // The window's session and link first; the rest of the load follows in StartSession.
     link::SteadyClock clock;
-    link::LinkSession link(app::ProgramWires(clock), clock);
+    link::LinkSession link(ports::makeWireFactory(clock), clock);
     MainScreen screen;
     ui::QtShell shell;
     Session session(link, screen, shell);

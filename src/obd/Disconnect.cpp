@@ -1,7 +1,7 @@
 #include "obd/Disconnect.h"
 
 #include "link/LinkSession.h"
-#include "log/LogFile.h"
+#include "log/Recorder.h"
 #include "obd/Connection.h"
 #include "session/MainScreen.h"
 #include "session/Session.h"
@@ -14,6 +14,7 @@ void Disconnect(Session& session)
     MainScreen& screen = session.screen;
     ControlState& chkLog = screen.control("chkLog");
     chkLog.setChecked(false);
+    log::StopLogging(session);
     chkLog.setEnabled(false);
     screen.control("cmdGo").setVisible(false);
     screen.control("cmbModule").setVisible(false);
@@ -48,11 +49,7 @@ bool QueryClose(Session& session)
         session.screen.StatusBar1.setText(1, kDisconnectToExit);
         return false;
     }
-    if (session.LogFileHandle) {
-        session.LogFileHandle->close();
-        session.LogFileHandle.reset();
-    }
-    session.Logging = false;
+    log::CloseLogOnExit(session);
     settings::SaveP3Delay(session.settings);
     return true;
 }

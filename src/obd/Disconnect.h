@@ -9,8 +9,9 @@ namespace kvx::obd {
 inline constexpr const char* kDisconnectToExit = "DISCONNECT TO EXIT";
 inline constexpr const char* kStopPlayingLog = "STOP PLAYING LOG";
 
-// Ends the session: session-only controls off, keep-alive timers stopped, counters cleared, the
-// port closed, "Try All" restored, the toolbar back in its not-connected state. Safe to run twice.
+// Ends the session: a running recording finished, session-only controls off, keep-alive timers
+// stopped, counters cleared, the port closed, "Try All" restored, the toolbar back in its
+// not-connected state. Safe to run twice.
 void Disconnect(Session& session);
 
 // The main window's close check. Refuses (false, with the reason in the status bar) while a log

@@ -1,6 +1,7 @@
 #include "obd/FreezeFrame.h"
 
 #include "link/LinkSession.h"
+#include "obd/RequestCycle.h"
 #include "obd/ServiceCycle.h"
 #include "obd/SupportDiscovery.h"
 #include "obd/TextColumns.h"
@@ -80,7 +81,7 @@ void ReadFreezeFrame(Session& session, const std::string& headerByte1, const std
         if (!session.Busy || session.LinkDown)
             return;
         const std::string id = HexByte(pid);
-        const std::string reply = RunRequestCycle(session, headerByte1 + headerByte2 + "F102" + id + frameNumber);
+        const std::string reply = RequestCycle(session, headerByte1 + headerByte2 + "F102" + id + frameNumber);
         for (const auto& frame : SplitFrames(reply)) {
             if (!FromEcu(session, frame))
                 continue;

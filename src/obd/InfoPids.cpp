@@ -1,6 +1,7 @@
 #include "obd/InfoPids.h"
 
 #include "link/LinkSession.h"
+#include "obd/RequestCycle.h"
 #include "obd/ServiceCycle.h"
 #include "obd/TextColumns.h"
 #include "obd/SupportDiscovery.h"
@@ -75,7 +76,7 @@ void RequestInfoPid(Session& session, const std::string& headerByte1, const std:
         box.setText("Not Supported");
         return;
     }
-    const std::string frame = EcuFrame(session, RunRequestCycle(session, headerByte1 + headerByte2 + "F1" + service + pid));
+    const std::string frame = EcuFrame(session, RequestCycle(session, headerByte1 + headerByte2 + "F1" + service + pid));
     box.insertAtCaret(frame.empty() ? std::string("No Response From ECU") : session.link.FormatInfoValue(frame) + kLineBreak);
 }
 
@@ -96,7 +97,7 @@ void ReadVehicleId(Session& session)
         } else {
             // The number comes in several frames; only the engine unit's are put together.
             std::string ecuFrames;
-            for (const auto& frame : SplitFrames(RunRequestCycle(session, session.HeaderByte1 + session.HeaderByte2 + "F10902")))
+            for (const auto& frame : SplitFrames(RequestCycle(session, session.HeaderByte1 + session.HeaderByte2 + "F10902")))
                 if (FromEcu(session, frame))
                     ecuFrames += (ecuFrames.empty() ? "" : ":") + frame;
             const std::string vin = session.link.FormatVin(ecuFrames);

@@ -2,6 +2,7 @@
 
 #include "link/LinkSession.h"
 #include "log/LogFile.h"
+#include "obd/RequestCycle.h"
 #include "obd/ServiceCycle.h"
 #include "session/MainScreen.h"
 #include "session/Session.h"
@@ -80,7 +81,7 @@ bool PollLiveCombo(Session& session)
         }
         sent = true;
         const std::string reply =
-            RunRequestCycle(session, session.HeaderByte1 + session.HeaderByte2 + "F101" + choice.substr(0, 2));
+            RequestCycle(session, session.HeaderByte1 + session.HeaderByte2 + "F101" + choice.substr(0, 2));
         if (!CountSilence(session, reply))
             return false;
         for (const auto& frame : SplitFrames(reply)) {

@@ -2,6 +2,7 @@
 
 #include "link/LinkSession.h"
 #include "link/decode/ModeSixDecoder.h"
+#include "obd/RequestCycle.h"
 #include "obd/ServiceCycle.h"
 #include "obd/SupportDiscovery.h"
 #include "obd/TestWalk.h"
@@ -49,7 +50,7 @@ void ReadMonitorTests(Session& session, const std::string& headerByte1, const st
         session.screen.StatusBar1.setText(1, "TEST ID..." + id);
         if (!ReviveBeforeRequest(session))
             return;
-        const std::string reply = RunRequestCycle(session, headerByte1 + headerByte2 + "F106" + id);
+        const std::string reply = RequestCycle(session, headerByte1 + headerByte2 + "F106" + id);
         CountReply(session, reply);
         for (const auto& frame : SplitFrames(reply)) {
             if (!FromEcu(session, frame))

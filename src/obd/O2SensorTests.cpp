@@ -2,6 +2,7 @@
 
 #include "link/LinkSession.h"
 #include "obd/O2SensorNames.h"
+#include "obd/RequestCycle.h"
 #include "obd/ServiceCycle.h"
 #include "obd/SupportDiscovery.h"
 #include "obd/TestWalk.h"
@@ -49,7 +50,7 @@ void ReadO2SensorTests(Session& session, const std::string& headerByte1, const s
         session.screen.StatusBar1.setText(1, "TEST ID..." + id);
         if (!ReviveBeforeRequest(session))
             return;
-        const std::string reply = RunRequestCycle(session, headerByte1 + headerByte2 + "F105" + id + sensor);
+        const std::string reply = RequestCycle(session, headerByte1 + headerByte2 + "F105" + id + sensor);
         CountReply(session, reply);
         for (const auto& frame : SplitFrames(reply)) {
             if (!FromEcu(session, frame))

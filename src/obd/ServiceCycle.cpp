@@ -6,14 +6,6 @@
 
 namespace kvx::obd {
 
-std::string RunRequestCycle(Session& session, const std::string& request)
-{
-    session.LastFrame = session.link.EncodeRequest(request);
-    session.LastRaw = session.link.Transact(session.LastFrame);
-    session.LastResponse = session.link.DecodeReply(session.LastRaw);
-    return session.LastResponse;
-}
-
 bool GenericServiceAllowed(const Session& session)
 {
     return session.ModuleIndex == ModuleGeneric && session.link.IsPortOpen();

@@ -1,5 +1,6 @@
 #include "obd/SupportDiscovery.h"
 
+#include "obd/RequestCycle.h"
 #include "obd/ServiceCycle.h"
 #include "obd/SupportBitmap.h"
 #include "session/Session.h"
@@ -16,7 +17,7 @@ void DiscoverSupport(Session& session, int service, const std::string& suffix, i
     for (int range = 0; range <= lastRange; range += 0x20) {
         if (range > 0 && !session.SupportedPids[static_cast<std::size_t>(range)][column])
             return;
-        const std::string reply = RunRequestCycle(session, session.HeaderByte1 + session.HeaderByte2 + "F1" +
+        const std::string reply = RequestCycle(session, session.HeaderByte1 + session.HeaderByte2 + "F1" +
                                                                HexByte(service) + HexByte(range) + suffix);
         for (const auto& frame : SplitFrames(reply))
             if (FromEcu(session, frame))

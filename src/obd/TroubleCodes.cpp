@@ -2,6 +2,7 @@
 
 #include "data/DtcDescriptions.h"
 #include "link/LinkSession.h"
+#include "obd/RequestCycle.h"
 #include "obd/ServiceCycle.h"
 #include "obd/TextColumns.h"
 #include "obd/TroubleCodeLines.h"
@@ -64,7 +65,7 @@ void ReadTroubleCodes(Session& session, const std::string& headerByte1, const st
 {
     if (session.LinkDown)
         return;
-    const std::string reply = RunRequestCycle(session, headerByte1 + headerByte2 + "F1" + service);
+    const std::string reply = RequestCycle(session, headerByte1 + headerByte2 + "F1" + service);
     auto& box = session.screen.txtMode347;
     session.screen.StatusBar1.setText(3, "");
 
@@ -85,7 +86,7 @@ void ClearTroubleCodes(Session& session, const std::string& headerByte1, const s
     if (session.LinkDown)
         return;
     session.screen.StatusBar1.setText(3, "");
-    const std::string reply = RunRequestCycle(session, headerByte1 + headerByte2 + "F1" + service);
+    const std::string reply = RequestCycle(session, headerByte1 + headerByte2 + "F1" + service);
     session.screen.StatusBar1.setText(3, "");
 
     auto& box = session.screen.txtMode347;

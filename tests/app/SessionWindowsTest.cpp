@@ -1,9 +1,9 @@
-#include "app/ProgramWires.h"
 #include "app/SessionActions.h"
 #include "app/StartUp.h"
 #include "app/frmMain.h"
 #include "link/Clock.h"
 #include "link/LinkSession.h"
+#include "ports/WireFactory.h"
 #include "session/MainScreen.h"
 #include "session/Session.h"
 #include "settings/SettingsEditor.h"
@@ -32,7 +32,7 @@ struct Program {
     QApplication& application = test::widgetApp();
     test::TempSettings store;
     link::VirtualClock clock;
-    link::LinkSession link{app::ProgramWires(clock), clock};
+    link::LinkSession link{ports::makeWireFactory(clock), clock};
     MainScreen screen;
     test::RecordingShell shell;
     Session session{link, screen, shell};
