@@ -65,12 +65,8 @@ int runLive(const QStringList& args)
     parser.addOption({"log", "Record the passes into the Log folder beside kvx, as the window's Log box does."});
     parser.addOption({"count", "Passes to run; 0 polls until the unit falls silent or kvx is stopped.", "N", "0"});
     parser.addPositionalArgument("PID", "Parameters to poll as two hex digits (all supported when none).", "[PID...]");
-    if (!parser.parse(args))
-        return Fail(args.value(0) + ": " + parser.errorText());
-    if (parser.isSet("help")) {
-        std::printf("%s", qPrintable(parser.helpText()));
-        return 0;
-    }
+    if (const auto code = ParseCommandLine(parser, args))
+        return *code;
 
     QString problem;
     const auto console = ConsoleSession::FromOptions(parser, problem);

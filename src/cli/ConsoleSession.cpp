@@ -60,6 +60,17 @@ ConsoleSession::ConsoleSession(const ports::PortOptions& options, int port, int 
     data::LoadDtcDescriptions(QCoreApplication::applicationDirPath().toStdString(), session_.DtcDescriptions, shell_);
 }
 
+std::optional<int> ParseCommandLine(QCommandLineParser& parser, const QStringList& args)
+{
+    if (!parser.parse(args))
+        return Fail(args.value(0) + ": " + parser.errorText());
+    if (parser.isSet("help")) {
+        std::printf("%s", qPrintable(parser.helpText()));
+        return 0;
+    }
+    return std::nullopt;
+}
+
 int Fail(const QString& text)
 {
     std::fprintf(stderr, "%s\n", qPrintable(text));

@@ -11,6 +11,7 @@
 #include <QCommandLineParser>
 #include <QString>
 #include <memory>
+#include <optional>
 
 namespace kvx::cli {
 
@@ -44,6 +45,9 @@ private:
     ConsoleShell shell_;
     Session session_;
 };
+
+// Parses args; returns the exit code when the command ends here (a usage error or --help).
+std::optional<int> ParseCommandLine(QCommandLineParser& parser, const QStringList& args);
 
 // Prints text on stderr and returns the exit code of a usage error.
 int Fail(const QString& text);

@@ -17,12 +17,8 @@ int RunServiceCommand(const QStringList& args, const ServiceCommand& command)
     AddConnectionOptions(parser);
     if (command.addOptions)
         command.addOptions(parser);
-    if (!parser.parse(args))
-        return Fail(args.value(0) + ": " + parser.errorText());
-    if (parser.isSet("help")) {
-        std::printf("%s", qPrintable(parser.helpText()));
-        return 0;
-    }
+    if (const auto code = ParseCommandLine(parser, args))
+        return *code;
     QString problem;
     const auto console = ConsoleSession::FromOptions(parser, problem);
     if (!console)
