@@ -30,8 +30,8 @@ int main(int argc, char** argv)
     MainScreen screen;
     ui::QtShell shell;
     Session session(link, screen, shell);
-    app::StartSession(session, true);
-    app::MainActions actions = app::BindSessionActions(session);
+    app::StartSession(session, true, QCoreApplication::applicationDirPath().toStdString());
+    app::MainActions actions = app::BindSessionActions(session, QCoreApplication::applicationDirPath().toStdString());
     app::frmMain window(screen, actions);
     window.show();
 

@@ -23,8 +23,8 @@ struct MainActions {
     std::function<void()> KeepAliveTick;
     std::function<void()> KeepAliveEnhanceTick;
 
-    // Services still to come; their buttons stay disabled while these are empty.
     std::function<void(int index)> ModeOnce;
+    std::function<void()> ReadVin;
     std::function<void()> RequestLiveCombo;
     std::function<void()> StopLiveCombo;
     std::function<void()> RequestMode2;
@@ -33,7 +33,8 @@ struct MainActions {
     std::function<void()> Mode7;
     std::function<void()> RequestMode5;
     std::function<void()> RequestMode6;
-    std::function<void()> ShowLogController;
+    // The user ticked or unticked chkLog: recording starts or stops.
+    std::function<void(bool on)> LogToggled;
 
     // The P3 slider moved.
     std::function<void(int ms)> SliderMoved;

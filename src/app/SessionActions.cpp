@@ -1,21 +1,29 @@
 #include "app/SessionActions.h"
 
 #include "link/LinkSession.h"
+#include "log/Recorder.h"
 #include "obd/CommandGuard.h"
 #include "obd/Connection.h"
 #include "obd/Disconnect.h"
+#include "obd/FreezeFrame.h"
+#include "obd/InfoPids.h"
 #include "obd/KeepAlive.h"
+#include "obd/LiveCombo.h"
 #include "obd/LiveData.h"
+#include "obd/MonitorTests.h"
+#include "obd/O2SensorTests.h"
+#include "obd/TroubleCodes.h"
 #include "session/MainScreen.h"
 #include "session/Session.h"
 #include "settings/SettingsStore.h"
 
 #include <QCoreApplication>
+#include <QDateTime>
 #include <memory>
 
 namespace kvx::app {
 
-MainActions BindSessionActions(Session& s)
+MainActions BindSessionActions(Session& s, const std::string& programFolder)
 {
     auto guarded = [&s](std::function<void()> f) {
         return [&s, f = std::move(f)] { obd::RunLinkCommand(s, f); };
@@ -57,6 +65,24 @@ MainActions BindSessionActions(Session& s)
         if (!*waiting)
             obd::KeepAliveTick(s);
     });
+    a.ModeOnce = [&s](int index) { obd::RunLinkCommand(s, [&s, index] { obd::ClickModeOnce(s, index); }); };
+    a.ReadVin = guarded([&s] { obd::ReadVehicleId(s); });
+    a.RequestLiveCombo = guarded([&s] { obd::StartLiveCombo(s); });
+    a.StopLiveCombo = [&s] { obd::StopLiveCombo(s); };
+    a.RequestMode2 = guarded([&s] { obd::RequestFreezeFrame(s); });
+    a.Mode3 = guarded([&s] { obd::RequestStoredCodes(s); });
+    a.Mode7 = guarded([&s] { obd::RequestPendingCodes(s); });
+    a.Mode4 = guarded([&s] { obd::RequestClearCodes(s); });
+    a.RequestMode5 = guarded([&s] { obd::RequestO2SensorTests(s); });
+    a.RequestMode6 = guarded([&s] { obd::RequestMonitorTests(s); });
+    // A failed start has told the user why; the box stays ticked as they left it.
+    a.LogToggled = [&s, programFolder](bool on) {
+        s.screen.control("chkLog").setChecked(on);
+        if (on)
+            log::StartLogging(s, programFolder, QDateTime::currentDateTime());
+        else
+            log::StopLogging(s);
+    };
     a.SliderMoved = [&s](int value) { settings::SetP3FromSlider(s, value); };
     a.QueryClose = [&s] { return obd::QueryClose(s); };
     return a;

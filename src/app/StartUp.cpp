@@ -1,19 +1,26 @@
 #include "app/StartUp.h"
 
+#include "data/DtcDescriptions.h"
 #include "data/GridLayouts.h"
 #include "data/TabLayout.h"
 #include "data/VehicleLists.h"
 #include "obd/Connection.h"
+#include "obd/O2SensorNames.h"
 #include "session/MainScreen.h"
 #include "session/Session.h"
 #include "settings/SettingsStore.h"
 
 namespace kvx::app {
 
-void StartSession(Session& session, bool virtualVehicle)
+void StartSession(Session& session, bool virtualVehicle, const std::string& programFolder)
 {
     MainScreen& screen = session.screen;
     data::FillYearList(screen);
+    data::FillMakeList(screen);
+    screen.cmbFrame.clear();
+    screen.cmbFrame.addItem("00");
+    screen.cmbFrame.setCurrentIndex(0);
+    obd::FillO2SensorList(session);
     settings::LoadCommSettings(session);
     if (virtualVehicle)
         session.settings.PortNumber = kVirtualVehiclePort;
@@ -22,6 +29,9 @@ void StartSession(Session& session, bool virtualVehicle)
     data::LayoutMonitorTestGrid(screen);
     data::BuildTabs(screen, data::ModuleTabs(ModuleGeneric));
     obd::SetToolbarConnected(session, false);
+    // A missing or damaged file has shown its box by now; the count says how far it got.
+    const int count = data::LoadDtcDescriptions(programFolder, session.DtcDescriptions, session.shell);
+    screen.StatusBar1.setText(4, data::DtcLoadedText(count));
 }
 
 } // namespace kvx::app

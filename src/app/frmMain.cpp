@@ -8,6 +8,7 @@
 #include <QCheckBox>
 #include <QCloseEvent>
 #include <QComboBox>
+#include <QFontDatabase>
 #include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
@@ -62,6 +63,13 @@ QComboBox* makeCombo(QWidget* parent, const QString& name, ListModel& model, QRe
     return combo;
 }
 
+QFont fixedPitch()
+{
+    QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    font.setPointSize(10);
+    return font;
+}
+
 QLabel* makeLabel(QWidget* parent, const QString& name, const QString& text, QRect geometry)
 {
     auto* label = new QLabel(text, parent);
@@ -92,7 +100,7 @@ frmMain::frmMain(MainScreen& screen, MainActions actions, QWidget* parent)
         show();
         connect(&state, &ControlState::changed, action, show);
     }
-    screen_.control("Log Controller").setEnabled(bool(actions_.ShowLogController));
+    screen_.control("Log Controller").setEnabled(false);
     connect(toolbar_, &QToolBar::actionTriggered, this,
             [this](QAction* action) { toolbarClick(action->data().toString()); });
 
@@ -149,9 +157,13 @@ QPushButton* frmMain::addButton(QWidget* parent, const QString& name, const QStr
     auto* button = new QPushButton(caption, parent);
     button->setObjectName(name);
     button->setGeometry(geometry);
-    button->setEnabled(bool(action));
-    if (action)
+    if (action) {
         connect(button, &QPushButton::clicked, this, action);
+        // Enabled while the session says the service can run.
+        ui::bindControl(screen_.control(name.toStdString()), button);
+    } else {
+        button->setEnabled(false);
+    }
     return button;
 }
 
@@ -199,53 +211,74 @@ void frmMain::buildFrames()
     });
     addButton(f1, "cmdRequestMode1", tr("START"), QRect(8, rowY, 110, 30), whenOpen(a, a.RequestMode1));
     addButton(f1, "cmdStop", tr("STOP"), QRect(126, rowY, 110, 30), a.Stop);
-    auto once = [this](int i) -> std::function<void()> {
-        if (!actions_.ModeOnce)
-            return {};
-        return whenOpen(actions_, [this, i] { actions_.ModeOnce(i); });
-    };
-    // The one-read buttons sit on the panels of the services they refresh.
-    addButton(f1, "cmdModeOnce", tr("READ ONCE"), QRect(244, rowY, 110, 30), once(0))->setProperty("Index", 0);
 
     QWidget* f2 = buildFrame(2);
-    makeRichText(f2, "txtMode2", screen_.txtMode2, QRect(8, 8, w - 16, gridH));
-    makeCombo(f2, "cmbFrame", screen_.cmbFrame, QRect(8, rowY + 3, 120, 26));
-    addButton(f2, "cmdRequestMode2", tr("READ FREEZE FRAME"), QRect(136, rowY, 160, 30), whenOpen(a, a.RequestMode2));
-    addButton(f2, "cmdModeOnce", tr("READ ONCE"), QRect(304, rowY, 110, 30), once(1))->setProperty("Index", 1);
+    makeRichText(f2, "txtMode2", screen_.txtMode2, QRect(8, 8, w - 16, gridH))->setFont(fixedPitch());
+    makeLabel(f2, "lblFrameNumber", tr("Frame:"), QRect(8, rowY + 6, 50, 20));
+    QComboBox* frame = makeCombo(f2, "cmbFrame", screen_.cmbFrame, QRect(60, rowY + 3, 70, 26));
+    frame->setEditable(true);
+    frame->setToolTip(tr("Freeze frame number, sent as typed"));
+    // The frame number goes out as typed, so the text is taken just before the read.
+    std::function<void()> readFrame;
+    if (a.RequestMode2)
+        readFrame = [this, frame] {
+            screen_.cmbFrame.setText(frame->currentText().toStdString());
+            actions_.RequestMode2();
+        };
+    addButton(f2, "cmdRequestMode2", tr("READ FREEZE FRAME"), QRect(140, rowY, 170, 30), whenOpen(a, readFrame));
 
     QWidget* f3 = buildFrame(3);
     makeRichText(f3, "txtMode347", screen_.txtMode347, QRect(8, 8, w - 16, gridH));
-    addButton(f3, "cmdMode3", tr("READ CODES"), QRect(8, rowY, 130, 30), whenOpen(a, a.Mode3));
-    addButton(f3, "cmdMode7", tr("PENDING CODES"), QRect(146, rowY, 130, 30), whenOpen(a, a.Mode7));
-    addButton(f3, "cmdMode4", tr("CLEAR CODES"), QRect(284, rowY, 130, 30), whenOpen(a, a.Mode4));
-    addButton(f3, "cmdModeOnce", tr("READ ONCE"), QRect(422, rowY, 110, 30), once(2))->setProperty("Index", 2);
+    addButton(f3, "cmdMode3", tr("READ CODES"), QRect(8, rowY, 140, 30), whenOpen(a, a.Mode3));
+    addButton(f3, "cmdMode7", tr("PENDING CODES"), QRect(156, rowY, 140, 30), whenOpen(a, a.Mode7));
+    addButton(f3, "cmdMode4", tr("CLEAR CODES"), QRect(304, rowY, 140, 30), whenOpen(a, a.Mode4))
+        ->setToolTip(tr("Clears the stored codes and freeze frame and turns the check-engine lamp off"));
 
     QWidget* f4 = buildFrame(4);
-    makeGrid(f4, "gridMode5", screen_.gridMode5, QRect(8, 8, w - 16, gridH));
-    makeCombo(f4, "cmbMode5", screen_.cmbMode5, QRect(8, rowY + 3, 120, 26));
-    addButton(f4, "cmdRequestMode5", tr("READ O2 TESTS"), QRect(136, rowY, 140, 30), whenOpen(a, a.RequestMode5));
-    addButton(f4, "cmdModeOnce", tr("READ ONCE"), QRect(284, rowY, 110, 30), once(3))->setProperty("Index", 3);
+    QTableView* grid5 = makeGrid(f4, "gridMode5", screen_.gridMode5, QRect(8, 8, w - 16, gridH));
+    grid5->setColumnWidth(0, 50);
+    grid5->setColumnWidth(1, 400);
+    grid5->setColumnWidth(2, 140);
+    grid5->setColumnWidth(3, 140);
+    makeLabel(f4, "lblSensor", tr("Sensor:"), QRect(8, rowY + 6, 56, 20));
+    makeCombo(f4, "cmbMode5", screen_.cmbMode5, QRect(66, rowY + 3, 160, 26));
+    addButton(f4, "cmdRequestMode5", tr("READ O2 TESTS"), QRect(236, rowY, 150, 30), whenOpen(a, a.RequestMode5));
 
     QWidget* f5 = buildFrame(5);
-    makeGrid(f5, "gridMode6", screen_.gridMode6, QRect(8, 8, w - 16, gridH));
-    addButton(f5, "cmdRequestMode6", tr("READ MONITOR TESTS"), QRect(8, rowY, 170, 30), whenOpen(a, a.RequestMode6));
-    addButton(f5, "cmdModeOnce", tr("READ ONCE"), QRect(186, rowY, 110, 30), once(4))->setProperty("Index", 4);
+    QTableView* grid6 = makeGrid(f5, "gridMode6", screen_.gridMode6, QRect(8, 8, w - 16, gridH));
+    for (int column = 0; column < 6; ++column)
+        grid6->setColumnWidth(column, std::array{50, 50, 330, 110, 100, 110}[std::size_t(column)]);
+    makeLabel(f5, "lblYear", tr("Year:"), QRect(8, rowY + 6, 40, 20));
+    QComboBox* year = makeCombo(f5, "cmbYear", screen_.cmbYear, QRect(50, rowY + 3, 100, 26));
+    makeLabel(f5, "lblMake", tr("Make:"), QRect(162, rowY + 6, 44, 20));
+    makeCombo(f5, "cmbMake", screen_.cmbMake, QRect(208, rowY + 3, 120, 26))
+        ->setToolTip(tr("Test descriptions differ between makes; none are shown without one"));
+    // The make list follows the chosen year.
+    connect(year, &QComboBox::activated, this, [this](int) { data::FillMakeList(screen_); });
+    addButton(f5, "cmdRequestMode6", tr("READ MONITOR TESTS"), QRect(340, rowY, 180, 30), whenOpen(a, a.RequestMode6));
 
     QWidget* f6 = buildFrame(6);
     makeRichText(f6, "txtInfo", screen_.txtInfo, QRect(8, 8, w - 16, gridH));
-    makeLabel(f6, "lblYear", tr("Year:"), QRect(8, rowY + 6, 40, 20));
-    QComboBox* year = makeCombo(f6, "cmbYear", screen_.cmbYear, QRect(50, rowY + 3, 100, 26));
-    makeLabel(f6, "lblMake", tr("Make:"), QRect(162, rowY + 6, 40, 20));
-    makeCombo(f6, "cmbMake", screen_.cmbMake, QRect(204, rowY + 3, 120, 26));
-    // The make list follows the chosen year.
-    connect(year, &QComboBox::activated, this, [this](int) { data::FillMakeList(screen_); });
+    // Button 2 of the group asks for nothing, so it is not shown.
+    const std::array<std::pair<int, const char*>, 4> infoButtons{{
+        {0, "OBD STANDARD"}, {1, "MONITOR STATUS"}, {3, "O2 SENSORS (2 BANKS)"}, {4, "O2 SENSORS (4 BANKS)"}}};
+    int x = 8;
+    for (const auto& [index, caption] : infoButtons) {
+        std::function<void()> once;
+        if (a.ModeOnce)
+            once = [this, i = index] { actions_.ModeOnce(i); };
+        addButton(f6, "cmdModeOnce", tr(caption), QRect(x, rowY, 170, 30), whenOpen(a, once))->setProperty("Index", index);
+        x += 178;
+    }
+    addButton(f6, "cmdReadVin", tr("VIN"), QRect(x, rowY, 100, 30), whenOpen(a, a.ReadVin))
+        ->setToolTip(tr("Vehicle identification number"));
 
     QWidget* f7 = buildFrame(7);
     for (int i = 0; i < 5; ++i) {
         const int y = 12 + i * 64;
         makeCombo(f7, QStringLiteral("cmbPid"), screen_.cmbPid[std::size_t(i)], QRect(8, y, 330, 26))
             ->setProperty("Index", i);
-        QLabel* value = makeLabel(f7, QStringLiteral("lblPid"), {}, QRect(350, y - 4, 200, 34));
+        QLabel* value = makeLabel(f7, QStringLiteral("lblPid"), {}, QRect(350, y - 4, 260, 34));
         value->setProperty("Index", i);
         value->setFrameShape(QFrame::StyledPanel);
         QFont big = value->font();
@@ -253,7 +286,7 @@ void frmMain::buildFrames()
         big.setBold(true);
         value->setFont(big);
         ui::bindLabel(screen_.lblPid[std::size_t(i)], value);
-        QLabel* unit = makeLabel(f7, QStringLiteral("lblPida"), {}, QRect(560, y - 4, 200, 34));
+        QLabel* unit = makeLabel(f7, QStringLiteral("lblPida"), {}, QRect(620, y - 4, 260, 34));
         unit->setProperty("Index", i);
         unit->setFrameShape(QFrame::StyledPanel);
         unit->setFont(big);
@@ -277,7 +310,6 @@ void frmMain::buildBottomRow()
     QPushButton* go = addButton(this, "cmdGo", tr("GO"), QRect(kWidth - 100, 5, 90, 30), whenOpen(actions_, actions_.Go));
     go->setToolTip(tr("Ask the unit again which parameters it supports"));
     tag(go, "ZQXRESIZEXXXXX");
-    ui::bindControl(screen_.control("cmdGo"), go);
 
     QLabel* caption = makeLabel(this, "Label1", QStringLiteral("P3 DELAY (mS)"), QRect(12, y + 8, 130, 20));
     tag(caption, "ZQXRESIZEYY0YY");
@@ -297,7 +329,11 @@ void frmMain::buildBottomRow()
     log->setObjectName(QStringLiteral("chkLog"));
     log->setGeometry(kWidth - 130, y + 6, 120, 24);
     ui::bindControl(screen_.control("chkLog"), log);
-    connect(log, &QCheckBox::toggled, this, [this](bool on) { screen_.control("chkLog").setChecked(on); });
+    connect(log, &QCheckBox::toggled, this, [this](bool on) {
+        screen_.control("chkLog").setChecked(on);
+        if (actions_.LogToggled)
+            actions_.LogToggled(on);
+    });
 }
 
 void frmMain::showTabs()
@@ -348,8 +384,7 @@ void frmMain::toolbarClick(const QString& key)
         if (actions_.Disconnect)
             actions_.Disconnect();
     } else if (key == QLatin1String("Log Controller")) {
-        if (actions_.ShowLogController)
-            actions_.ShowLogController();
+        showLogController();
     } else if (key == QLatin1String("Setting")) {
         emit settingRequested();
     } else if (key == QLatin1String("About")) {
@@ -359,12 +394,36 @@ void frmMain::toolbarClick(const QString& key)
     }
 }
 
+void frmMain::setLogControllerFactory(std::function<QWidget*(QWidget* parent)> factory)
+{
+    makeLogController_ = std::move(factory);
+    screen_.control("Log Controller").setEnabled(bool(makeLogController_));
+}
+
+void frmMain::showLogController()
+{
+    if (!makeLogController_)
+        return;
+    // One player at a time: a second click brings the open one forward.
+    if (!logController_) {
+        logController_ = makeLogController_(this);
+        logController_->setAttribute(Qt::WA_DeleteOnClose);
+    }
+    logController_->show();
+    logController_->raise();
+    logController_->activateWindow();
+}
+
 void frmMain::closeEvent(QCloseEvent* event)
 {
-    if (actions_.QueryClose && !actions_.QueryClose())
+    if (actions_.QueryClose && !actions_.QueryClose()) {
         event->ignore();
-    else
-        event->accept();
+        return;
+    }
+    // The player is a window of its own and would otherwise keep the program running.
+    if (logController_)
+        logController_->close();
+    event->accept();
 }
 
 void frmMain::resizeEvent(QResizeEvent* event)

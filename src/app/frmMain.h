@@ -4,6 +4,7 @@
 #include "session/MainScreen.h"
 #include "ui/ControlResizer.h"
 
+#include <QPointer>
 #include <QWidget>
 #include <array>
 #include <functional>
@@ -28,6 +29,9 @@ public:
     ui::ControlResizer& resizer() { return resizer_; }
     // Runs the toolbar button with this key, as a click on it does.
     void toolbarClick(const QString& key);
+    // Makes the log player window; the "Log Controller" button stays off until one is given.
+    void setLogControllerFactory(std::function<QWidget*(QWidget* parent)> factory);
+    QWidget* logController() const { return logController_; }
 
 signals:
     void connectRequested();
@@ -47,6 +51,7 @@ private:
     void showTabs();
     void showSelectedPanel();
     void trackPort();
+    void showLogController();
 
     MainScreen& screen_;
     MainActions actions_;
@@ -60,6 +65,8 @@ private:
     QTimer* tmrKeepAlive_ = nullptr;
     QTimer* tmrKeepAliveEnhance_ = nullptr;
     QTimer* tmrTracker_ = nullptr;
+    std::function<QWidget*(QWidget*)> makeLogController_;
+    QPointer<QWidget> logController_;
 };
 
 } // namespace kvx::app

@@ -5,6 +5,7 @@
 #include "enhanced/frmSelection.h"
 #include "link/Clock.h"
 #include "link/LinkSession.h"
+#include "log/frmLogController.h"
 #include "ports/WireFactory.h"
 #include "session/MainScreen.h"
 #include "session/Session.h"
@@ -88,17 +89,19 @@ int main(int argc, char** argv)
     parser.addOption(screenshots);
     parser.process(application);
 
-    // The window's session and link first; the rest of the load follows in StartSession.
+    // The window's session and link first; the rest of the load follows in StartSession, once
+    // the window is there to own its message boxes.
+    const std::string programFolder = QCoreApplication::applicationDirPath().toStdString();
     link::SteadyClock clock;
     link::LinkSession link(ports::makeWireFactory(clock), clock);
     MainScreen screen;
     ui::QtShell shell;
     Session session(link, screen, shell);
-    app::StartSession(session, parser.isSet(virtualVehicle));
-
-    app::MainActions actions = app::BindSessionActions(session);
+    app::MainActions actions = app::BindSessionActions(session, programFolder);
     app::frmMain window(screen, actions);
     shell.setParent(&window);
+    window.setLogControllerFactory([&session](QWidget* parent) { return new log::frmLogController(session, parent); });
+    app::StartSession(session, parser.isSet(virtualVehicle), programFolder);
     settings::SettingsEditor editor(session);
 
     QObject::connect(&window, &app::frmMain::connectRequested, &window, [&] {

@@ -5,6 +5,7 @@
 #include "obd/Disconnect.h"
 #include "obd/KeepAlive.h"
 #include "obd/LiveData.h"
+#include "obd/O2SensorNames.h"
 #include "obd/RequestCycle.h"
 #include "obd/SupportedPids.h"
 #include "session/MainScreen.h"
@@ -86,6 +87,7 @@ bool connect(Session& session)
     RestartKeepAlive(session);
     BuildLiveDataGrid(session);
     FillPidLists(session);
+    FillO2SensorList(session);
     screen.StatusBar1.setText(1, "");
     return true;
 }
@@ -120,8 +122,16 @@ bool ReconnectEcu(Session& session)
 
 void SetToolbarConnected(Session& session, bool connected)
 {
-    session.screen.control("Connect").setEnabled(!connected);
-    session.screen.control("Disconnect").setEnabled(connected);
+    MainScreen& screen = session.screen;
+    screen.control("Connect").setEnabled(!connected);
+    screen.control("Disconnect").setEnabled(connected);
+    for (const char* start : {"cmdRequestMode1", "cmdRequestLiveCombo"})
+        screen.control(start).setEnabled(connected);
+    // The diagnostic services speak only to a unit opened by the generic module.
+    const bool generic = connected && session.ModuleIndex == ModuleGeneric;
+    for (const char* service : {"cmdRequestMode2", "cmdMode3", "cmdMode7", "cmdMode4", "cmdRequestMode5",
+                                "cmdRequestMode6", "cmdModeOnce", "cmdReadVin"})
+        screen.control(service).setEnabled(generic);
 }
 
 } // namespace kvx::obd

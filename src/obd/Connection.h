@@ -42,7 +42,8 @@ std::string FirstReplyProblem(const std::string& reply);
 // answered.
 bool ReconnectEcu(Session& session);
 
-// Sets the toolbar's Connect / Disconnect buttons for a closed or an open session.
+// Sets the toolbar's Connect / Disconnect buttons and the service buttons for a closed or an
+// open session; the diagnostic services need the generic module as well.
 void SetToolbarConnected(Session& session, bool connected);
 
 } // namespace kvx::obd

@@ -6,6 +6,7 @@
 #include "obd/CommandGuard.h"
 #include "obd/Connection.h"
 #include "obd/KeepAlive.h"
+#include "obd/O2SensorNames.h"
 #include "obd/RequestCycle.h"
 #include "obd/SupportedPids.h"
 #include "session/MainScreen.h"
@@ -213,6 +214,7 @@ void RediscoverSupportedPids(Session& session)
         RequestSupportBitmaps(session, false);
         BuildLiveDataGrid(session);
         FillPidLists(session);
+        FillO2SensorList(session);
         RestartKeepAlive(session);
     });
 }

@@ -41,8 +41,8 @@ struct Program {
 
     Program()
     {
-        app::StartSession(session, true);
-        actions = app::BindSessionActions(session);
+        app::StartSession(session, true, KVX_BIN_DIR);
+        actions = app::BindSessionActions(session, KVX_BIN_DIR);
         window = std::make_unique<app::frmMain>(screen, actions);
         window->show();
     }
