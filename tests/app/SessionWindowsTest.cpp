@@ -1,16 +1,6 @@
-#include "app/SessionActions.h"
-#include "app/StartUp.h"
-#include "app/frmMain.h"
-#include "link/Clock.h"
-#include "link/LinkSession.h"
-#include "ports/WireFactory.h"
-#include "session/MainScreen.h"
-#include "session/Session.h"
 #include "settings/SettingsEditor.h"
 #include "settings/frmSetting.h"
-#include "support/RecordingShell.h"
-#include "support/TempSettings.h"
-#include "support/WidgetApp.h"
+#include "support/ProgramWindow.h"
 
 #include <QAction>
 #include <QComboBox>
@@ -24,32 +14,7 @@
 
 using namespace kvx;
 
-namespace {
-
-// The program's own start-up and actions over the virtual vehicle on virtual time, with an
-// empty settings store.
-struct Program {
-    QApplication& application = test::widgetApp();
-    test::TempSettings store;
-    link::VirtualClock clock;
-    link::LinkSession link{ports::makeWireFactory(clock), clock};
-    MainScreen screen;
-    test::RecordingShell shell;
-    Session session{link, screen, shell};
-    app::MainActions actions;
-    std::unique_ptr<app::frmMain> window;
-
-    Program()
-    {
-        app::StartSession(session, true, KVX_BIN_DIR);
-        actions = app::BindSessionActions(session, KVX_BIN_DIR);
-        window = std::make_unique<app::frmMain>(screen, actions);
-        window->show();
-    }
-    void exit() { window->findChild<QToolBar*>("Toolbar1")->findChild<QAction*>("Exit")->trigger(); }
-};
-
-} // namespace
+using Program = test::ProgramWindow;
 
 TEST(SettingsWindow, TypedP3IsCappedAndApplyStoresWhatTheFieldsHold)
 {

@@ -1,0 +1,270 @@
+#include "log/LogFile.h"
+#include "log/frmLogController.h"
+#include "support/ProgramWindow.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
+#include <QStatusBar>
+#include <QTableView>
+#include <QTextEdit>
+#include <gtest/gtest.h>
+
+using namespace kvx;
+
+namespace {
+
+constexpr const char* kDescriptions = "P0301      Cylinder 1 Misfire Detected\r\n"
+                                      "P0420      Catalyst System Efficiency Below Threshold Bank 1\r\n";
+
+std::string withoutReturns(std::string text)
+{
+    std::erase(text, '\r');
+    return text;
+}
+
+// What a rich-text box on the window shows, against what its model holds.
+void expectBoxShowsModel(const test::ProgramWindow& p, const char* name, const RichTextModel& model)
+{
+    EXPECT_EQ(withoutReturns(p.find<QTextEdit>(name)->toPlainText().toStdString()), withoutReturns(model.text()))
+        << name;
+}
+
+void expectGridShowsModel(const test::ProgramWindow& p, const char* name, const GridModel& model)
+{
+    const QAbstractItemModel* view = p.find<QTableView>(name)->model();
+    ASSERT_EQ(view->rowCount(), model.rows()) << name;
+    for (int row = 0; row < model.rows(); ++row)
+        for (int col = 0; col < model.cols(); ++col)
+            EXPECT_EQ(view->index(row, col).data().toString().toStdString(), model.text(row, col))
+                << name << " " << row << "," << col;
+}
+
+// Chooses an entry of a combo box as the user does.
+void choose(QComboBox* combo, int index)
+{
+    combo->setCurrentIndex(index);
+    emit combo->activated(index);
+}
+
+// Connected with the descriptions above loaded.
+struct Connected : test::ProgramWindow {
+    Connected() : ProgramWindow(kDescriptions) { EXPECT_TRUE(actions.ConnectModule(ModuleGeneric)); }
+};
+
+} // namespace
+
+TEST(ProgramStart, CountsTheDescriptionsAndKeepsServiceButtonsOffUntilAGenericSessionStands)
+{
+    test::ProgramWindow missing;
+    EXPECT_EQ(missing.screen.StatusBar1.text(4), "0 DTC LOADED");
+    ASSERT_EQ(missing.shell.boxes.size(), 1u);
+    EXPECT_EQ(missing.shell.boxes[0].title, "DTC ERROR");
+
+    test::ProgramWindow p(kDescriptions);
+    EXPECT_TRUE(p.shell.boxes.empty());
+    EXPECT_EQ(p.find<QStatusBar>("StatusBar1")->findChild<QLabel*>("StatusBar1Panel4")->text(), "2 DTC LOADED");
+
+    const char* services[] = {"cmdMode3", "cmdMode7", "cmdMode4", "cmdRequestMode2", "cmdRequestMode5",
+                              "cmdRequestMode6", "cmdModeOnce", "cmdReadVin", "cmdRequestLiveCombo"};
+    for (const char* name : services)
+        EXPECT_FALSE(p.find<QPushButton>(name)->isEnabled()) << name;
+    ASSERT_TRUE(p.actions.ConnectModule(ModuleGeneric));
+    for (const char* name : services)
+        EXPECT_TRUE(p.find<QPushButton>(name)->isEnabled()) << name;
+    p.toolbar("Disconnect");
+    EXPECT_FALSE(p.find<QPushButton>("cmdMode3")->isEnabled());
+}
+
+TEST(ServiceTabs, TroubleCodesReadPendingAndClearWithoutAQuestion)
+{
+    Connected p;
+    p.showTab(2);
+    p.click("cmdMode3");
+    const std::string stored = p.screen.txtMode347.text();
+    EXPECT_NE(stored.find("P0301 - Cylinder 1 Misfire Detected\r\n"), std::string::npos);
+    EXPECT_NE(stored.find(" - No Desciption Available"), std::string::npos);
+    expectBoxShowsModel(p, "txtMode347", p.screen.txtMode347);
+
+    p.click("cmdMode7");
+    EXPECT_EQ(p.screen.txtMode347.text().find("P0301"), std::string::npos);
+    EXPECT_NE(p.screen.txtMode347.text(), "No Response From ECU");
+
+    p.click("cmdMode4");
+    EXPECT_TRUE(p.shell.boxes.empty());
+    EXPECT_FALSE(p.screen.txtMode347.text().empty());
+    expectBoxShowsModel(p, "txtMode347", p.screen.txtMode347);
+    // The unit really cleared: it has no code left to report.
+    p.click("cmdMode3");
+    EXPECT_EQ(p.screen.txtMode347.text(), "No Response From ECU");
+    EXPECT_TRUE(p.screen.tmrKeepAlive.enabled());
+}
+
+TEST(ServiceTabs, FreezeFrameReadsTheFrameTypedInTheBoxInFixedColumns)
+{
+    Connected p;
+    p.showTab(1);
+    p.click("cmdRequestMode2");
+    const std::string text = p.screen.txtMode2.text();
+    EXPECT_EQ(text.find("No Response From ECU"), std::string::npos);
+    EXPECT_NE(text.find("Engine speed" + std::string(40 - 12, ' ') + "\r\n"), std::string::npos);
+    expectBoxShowsModel(p, "txtMode2", p.screen.txtMode2);
+    EXPECT_TRUE(QFontInfo(p.find<QTextEdit>("txtMode2")->font()).fixedPitch());
+
+    // The unit keeps one frame only; a typed number it does not have gets no answer.
+    auto* frame = p.find<QComboBox>("cmbFrame");
+    frame->setEditText("01");
+    p.click("cmdRequestMode2");
+    EXPECT_EQ(p.screen.txtMode2.text(), "No Response From ECU\r\n");
+}
+
+TEST(ServiceTabs, OxygenSensorTestsOfTheChosenSensor)
+{
+    Connected p;
+    p.showTab(3);
+    auto* sensors = p.find<QComboBox>("cmbMode5");
+    ASSERT_EQ(sensors->count(), 8);
+    EXPECT_EQ(sensors->itemText(4), "Bank 2 Sensor 1");
+    choose(sensors, 1);
+    p.click("cmdRequestMode5");
+    ASSERT_GT(p.screen.gridMode5.rows(), 1);
+    EXPECT_EQ(p.screen.gridMode5.text(0, 1), "DESCRIPTION");
+    EXPECT_EQ(p.screen.gridMode5.text(1, 1), "Rich to lean sensor threshold voltage");
+    EXPECT_FALSE(p.screen.gridMode5.text(1, 2).empty());
+    expectGridShowsModel(p, "gridMode5", p.screen.gridMode5);
+
+    // A second read replaces the rows rather than adding to them.
+    const int rows = p.screen.gridMode5.rows();
+    p.click("cmdRequestMode5");
+    EXPECT_EQ(p.screen.gridMode5.rows(), rows);
+}
+
+TEST(ServiceTabs, MonitorTestsDescribedOnlyWithAMakeChosen)
+{
+    Connected p;
+    p.showTab(4);
+    p.click("cmdRequestMode6");
+    ASSERT_GT(p.screen.gridMode6.rows(), 1);
+    EXPECT_EQ(p.screen.gridMode6.text(1, 2), "");
+    EXPECT_FALSE(p.screen.gridMode6.text(1, 6).empty());
+    expectGridShowsModel(p, "gridMode6", p.screen.gridMode6);
+
+    choose(p.find<QComboBox>("cmbYear"), 1);
+    auto* make = p.find<QComboBox>("cmbMake");
+    ASSERT_EQ(make->count(), 1);
+    choose(make, 0);
+    p.click("cmdRequestMode6");
+    EXPECT_FALSE(p.screen.gridMode6.text(1, 2).empty());
+    expectGridShowsModel(p, "gridMode6", p.screen.gridMode6);
+}
+
+TEST(ServiceTabs, InformationButtonsAndTheVin)
+{
+    Connected p;
+    p.showTab(5);
+    const auto buttons = p.window->findChildren<QPushButton*>("cmdModeOnce");
+    auto byIndex = [&](int index) {
+        for (QPushButton* b : buttons)
+            if (b->property("Index").toInt() == index)
+                return b;
+        return static_cast<QPushButton*>(nullptr);
+    };
+    p.click(byIndex(1));
+    EXPECT_NE(p.screen.txtInfo.text().find("Misfire"), std::string::npos);
+    expectBoxShowsModel(p, "txtInfo", p.screen.txtInfo);
+
+    // The unit describes its sensors the two-bank way only: nothing is asked for the other.
+    const std::string before = p.session.LastFrame;
+    p.click(byIndex(4));
+    EXPECT_EQ(p.screen.txtInfo.text(), "Not Supported");
+    EXPECT_EQ(p.session.LastFrame, before);
+
+    p.click("cmdReadVin");
+    EXPECT_EQ(withoutReturns(p.find<QTextEdit>("txtInfo")->toPlainText().toStdString()), "VIN: KVX1E6TS4R0000913\n");
+}
+
+TEST(ServiceTabs, ComboPollsTheChosenSlotsAndRecordsTheirFrames)
+{
+    Connected p;
+    p.showTab(6);
+    const auto lists = p.window->findChildren<QComboBox*>("cmbPid");
+    ASSERT_EQ(lists.size(), 5);
+    EXPECT_EQ(lists[0]->itemText(0), "OFF");
+    choose(lists[0], 1);
+    choose(lists[3], 2);
+
+    auto* log = p.find<QCheckBox>("chkLog");
+    QTest::mouseClick(log, Qt::LeftButton);
+    ASSERT_TRUE(p.session.Logging);
+
+    // Five pumps a pass (one per slot): stop after two passes.
+    int pumps = 0;
+    p.shell.onProcessEvents = [&] {
+        if (++pumps == 10)
+            p.click("cmdStopLiveCombo");
+    };
+    p.click("cmdRequestLiveCombo");
+    p.shell.onProcessEvents = nullptr;
+    EXPECT_FALSE(p.session.Busy);
+
+    const auto values = p.window->findChildren<QLabel*>("lblPid");
+    for (int slot = 0; slot < 5; ++slot) {
+        const bool on = slot == 0 || slot == 3;
+        EXPECT_EQ(p.screen.lblPid[std::size_t(slot)].text().empty(), !on) << slot;
+        EXPECT_EQ(values[slot]->text().toStdString(), p.screen.lblPid[std::size_t(slot)].text());
+    }
+
+    QTest::mouseClick(log, Qt::LeftButton);
+    EXPECT_FALSE(p.session.Logging);
+    const QStringList files = QDir(p.logFolder()).entryList({"SAEJ1979 *.log"});
+    ASSERT_EQ(files.size(), 1);
+    log::LogFile file(QDir(p.logFolder()).filePath(files[0]).toStdString(), log::LogFile::Mode::Read);
+    EXPECT_EQ(file.readRecord(100), "KORVENATRONIX OBDII LOG");
+    EXPECT_EQ(file.readRecord(99), "4");
+    EXPECT_EQ(file.readRecord(150)->substr(6, 4), "41" + lists[0]->itemText(1).left(2).toStdString());
+}
+
+TEST(Recording, DisconnectFinishesItAndTheWindowWillNotCloseWhileItPlays)
+{
+    Connected p;
+    QTest::mouseClick(p.find<QCheckBox>("chkLog"), Qt::LeftButton);
+    int pumps = 0;
+    p.shell.onProcessEvents = [&] {
+        if (++pumps == 20)
+            p.click("cmdStop");
+    };
+    p.click("cmdRequestMode1");
+    p.toolbar("Disconnect");
+    EXPECT_FALSE(p.session.Logging);
+    EXPECT_FALSE(p.find<QCheckBox>("chkLog")->isChecked());
+    const QStringList files = QDir(p.logFolder()).entryList({"*.log"});
+    ASSERT_EQ(files.size(), 1);
+    const std::string path = QDir(p.logFolder()).filePath(files[0]).toStdString();
+    EXPECT_NE(log::LogFile(path, log::LogFile::Mode::Read).readRecord(99), "0");
+
+    // One player, however often its button is pressed.
+    p.toolbar("Log Controller");
+    p.toolbar("Log Controller");
+    ASSERT_EQ(p.window->findChildren<log::frmLogController*>().size(), 1);
+    auto* player = p.window->findChild<log::frmLogController*>();
+    EXPECT_TRUE(player->isVisible());
+    player->setFileChooser([&] { return QString::fromStdString(path); });
+    player->imgOpen_Click();
+    ASSERT_TRUE(player->controller().isOpen());
+
+    bool refused = false;
+    p.shell.onProcessEvents = [&] {
+        if (refused)
+            return;
+        p.exit();
+        refused = p.window->isVisible() && p.screen.StatusBar1.text(1) == "STOP PLAYING LOG";
+        player->imgStop_Click();
+    };
+    player->imgPlay_Click();
+    p.shell.onProcessEvents = nullptr;
+    EXPECT_TRUE(refused);
+
+    p.exit();
+    EXPECT_FALSE(p.window->isVisible());
+    EXPECT_TRUE(p.window->findChildren<log::frmLogController*>().isEmpty() || !player->isVisible());
+}

@@ -1,0 +1,75 @@
+#pragma once
+
+#include "app/SessionActions.h"
+#include "app/StartUp.h"
+#include "app/frmMain.h"
+#include "link/Clock.h"
+#include "link/LinkSession.h"
+#include "log/frmLogController.h"
+#include "ports/WireFactory.h"
+#include "session/MainScreen.h"
+#include "session/Session.h"
+#include "support/RecordingShell.h"
+#include "support/TempSettings.h"
+#include "support/WidgetApp.h"
+
+#include <QAction>
+#include <QDir>
+#include <QFile>
+#include <QPushButton>
+#include <QTabBar>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QToolBar>
+#include <memory>
+#include <string>
+
+namespace kvx::test {
+
+// The program as main() assembles it, over the virtual vehicle on virtual time: its own start-up
+// and actions, the real frmMain with the player window, an empty settings store and a program
+// folder of its own (with a Log folder and the given description file, if any).
+struct ProgramWindow {
+    QApplication& application = widgetApp();
+    TempSettings store;
+    QTemporaryDir folder;
+    link::VirtualClock clock;
+    link::LinkSession link{ports::makeWireFactory(clock), clock};
+    MainScreen screen;
+    RecordingShell shell;
+    Session session{link, screen, shell};
+    app::MainActions actions;
+    std::unique_ptr<app::frmMain> window;
+
+    explicit ProgramWindow(const char* descriptions = nullptr)
+    {
+        QDir(folder.path()).mkdir("Log");
+        if (descriptions) {
+            QFile file(QDir(folder.path()).filePath("SAE OBD II CODES.dat"));
+            file.open(QIODevice::WriteOnly);
+            file.write(descriptions);
+        }
+        actions = app::BindSessionActions(session, programFolder());
+        window = std::make_unique<app::frmMain>(screen, actions);
+        window->setLogControllerFactory(
+            [this](QWidget* parent) { return new log::frmLogController(session, parent); });
+        app::StartSession(session, true, programFolder());
+        window->show();
+    }
+
+    std::string programFolder() const { return folder.path().toStdString(); }
+    QString logFolder() const { return QDir(folder.path()).filePath("Log"); }
+
+    void toolbar(const char* key) { window->findChild<QToolBar*>("Toolbar1")->findChild<QAction*>(key)->trigger(); }
+    void exit() { toolbar("Exit"); }
+    void showTab(int index) { window->findChild<QTabBar*>("TabStrip1")->setCurrentIndex(index); }
+    template <typename W = QWidget>
+    W* find(const char* name) const
+    {
+        return window->findChild<W*>(name);
+    }
+    void click(QPushButton* button) { QTest::mouseClick(button, Qt::LeftButton); }
+    void click(const char* button) { click(find<QPushButton>(button)); }
+};
+
+} // namespace kvx::test
