@@ -274,23 +274,25 @@ void frmMain::buildFrames()
         ->setToolTip(tr("Vehicle identification number"));
 
     QWidget* f7 = buildFrame(7);
-    for (int i = 0; i < 5; ++i) {
-        const int y = 12 + i * 64;
-        makeCombo(f7, QStringLiteral("cmbPid"), screen_.cmbPid[std::size_t(i)], QRect(8, y, 330, 26))
-            ->setProperty("Index", i);
-        QLabel* value = makeLabel(f7, QStringLiteral("lblPid"), {}, QRect(350, y - 4, 260, 34));
-        value->setProperty("Index", i);
-        value->setFrameShape(QFrame::StyledPanel);
-        QFont big = value->font();
-        big.setPointSize(big.pointSize() + 6);
+    // Some readings run to a sentence (monitor status, fuel system status): the value boxes
+    // take two lines rather than cut them.
+    auto valueBox = [this, f7](const char* name, int i, QRect geometry, TextModel& model) {
+        QLabel* box = makeLabel(f7, QString::fromLatin1(name), {}, geometry);
+        box->setProperty("Index", i);
+        box->setFrameShape(QFrame::StyledPanel);
+        box->setWordWrap(true);
+        QFont big = box->font();
+        big.setPointSize(big.pointSize() + 4);
         big.setBold(true);
-        value->setFont(big);
-        ui::bindLabel(screen_.lblPid[std::size_t(i)], value);
-        QLabel* unit = makeLabel(f7, QStringLiteral("lblPida"), {}, QRect(620, y - 4, 260, 34));
-        unit->setProperty("Index", i);
-        unit->setFrameShape(QFrame::StyledPanel);
-        unit->setFont(big);
-        ui::bindLabel(screen_.lblPida[std::size_t(i)], unit);
+        box->setFont(big);
+        ui::bindLabel(model, box);
+    };
+    for (int i = 0; i < 5; ++i) {
+        const int y = 8 + i * 66;
+        makeCombo(f7, QStringLiteral("cmbPid"), screen_.cmbPid[std::size_t(i)], QRect(8, y + 15, 300, 26))
+            ->setProperty("Index", i);
+        valueBox("lblPid", i, QRect(318, y, 280, 56), screen_.lblPid[std::size_t(i)]);
+        valueBox("lblPida", i, QRect(606, y, 280, 56), screen_.lblPida[std::size_t(i)]);
     }
     addButton(f7, "cmdRequestLiveCombo", tr("START"), QRect(8, rowY, 110, 30), whenOpen(a, a.RequestLiveCombo));
     addButton(f7, "cmdStopLiveCombo", tr("STOP"), QRect(126, rowY, 110, 30), a.StopLiveCombo);

@@ -2,6 +2,7 @@
 #include "app/StartUp.h"
 #include "app/frmAbout.h"
 #include "app/frmMain.h"
+#include "data/VehicleLists.h"
 #include "enhanced/frmSelection.h"
 #include "link/Clock.h"
 #include "link/LinkSession.h"
@@ -18,6 +19,7 @@
 #include <QCommandLineParser>
 #include <QDir>
 #include <QTimer>
+#include <functional>
 
 using namespace kvx;
 
@@ -28,8 +30,20 @@ void save(QWidget& w, const QString& folder, const char* name)
     w.grab().save(QDir(folder).filePath(QString::fromLatin1(name) + QStringLiteral(".png")));
 }
 
-// Writes a picture of every window into the folder: the dialogs first, then the main window
-// connected with live data running for a few seconds; the program then disconnects and quits.
+// Runs a polling service for the given time, takes a picture while it runs, then stops it.
+void whilePolling(int ms, const std::function<void()>& start, const std::function<void()>& stop,
+                  const std::function<void()>& picture)
+{
+    QTimer::singleShot(ms, [picture, stop] {
+        picture();
+        stop();
+    });
+    start();
+}
+
+// Writes a picture of every window into the folder: the dialogs first, then each tab of the main
+// window after its service ran on the connected unit (live data recorded to a log on the way),
+// then the player with that log open; the program then quits.
 void TakeScreenshots(app::frmMain& window, Session& session, settings::SettingsEditor& editor,
                      const app::MainActions& actions, const QString& folder)
 {
@@ -51,20 +65,51 @@ void TakeScreenshots(app::frmMain& window, Session& session, settings::SettingsE
             selection.show();
             save(selection, folder, "frmSelection");
         }
+        auto shot = [&window, folder](const char* name) { save(window, folder, name); };
         if (!actions.ConnectModule(ModuleGeneric)) {
-            save(window, folder, "frmMain");
+            shot("frmMain");
             QApplication::exit(1);
             return;
         }
-        QTimer::singleShot(4000, &window, [&window, &session, actions, folder] {
-            save(window, folder, "frmMain");
-            actions.Stop();
-            QTimer::singleShot(0, &window, [actions] {
-                actions.Disconnect();
-                QApplication::quit();
-            });
-        });
-        actions.RequestMode1();
+        MainScreen& screen = session.screen;
+        actions.LogToggled(true);
+        whilePolling(4000, actions.RequestMode1, actions.Stop, [&] { shot("frmMain"); });
+        actions.LogToggled(false);
+        const std::string recording = session.LogPath;
+
+        screen.TabStrip1.select(1);
+        actions.RequestMode2();
+        shot("frmMain-FreezeFrame");
+        screen.TabStrip1.select(2);
+        actions.Mode3();
+        shot("frmMain-TroubleCodes");
+        screen.TabStrip1.select(3);
+        actions.RequestMode5();
+        shot("frmMain-O2SensorTest");
+        screen.TabStrip1.select(4);
+        screen.cmbYear.setCurrentIndex(1);
+        data::FillMakeList(screen);
+        screen.cmbMake.setCurrentIndex(0);
+        actions.RequestMode6();
+        shot("frmMain-MonitoringTest");
+        screen.TabStrip1.select(5);
+        actions.ModeOnce(1);
+        shot("frmMain-Info");
+        screen.TabStrip1.select(6);
+        for (std::size_t slot = 0; slot < screen.cmbPid.size(); ++slot)
+            screen.cmbPid[slot].setCurrentIndex(int(slot) + 1);
+        whilePolling(3000, actions.RequestLiveCombo, actions.StopLiveCombo, [&] { shot("frmMain-LiveDataCombo"); });
+
+        actions.Disconnect();
+        screen.TabStrip1.select(0);
+        window.toolbarClick(QStringLiteral("Log Controller"));
+        if (auto* player = qobject_cast<log::frmLogController*>(window.logController())) {
+            player->setFileChooser([recording] { return QString::fromStdString(recording); });
+            player->imgOpen_Click();
+            save(*player, folder, "frmLogController");
+            player->close();
+        }
+        QApplication::exit(0);
     });
 }
 
@@ -89,8 +134,7 @@ int main(int argc, char** argv)
     parser.addOption(screenshots);
     parser.process(application);
 
-    // The window's session and link first; the rest of the load follows in StartSession, once
-    // the window is there to own its message boxes.
+    // The window's session and link first; the rest of the load follows in StartSession.
     const std::string programFolder = QCoreApplication::applicationDirPath().toStdString();
     link::SteadyClock clock;
     link::LinkSession link(ports::makeWireFactory(clock), clock);
@@ -101,7 +145,6 @@ int main(int argc, char** argv)
     app::frmMain window(screen, actions);
     shell.setParent(&window);
     window.setLogControllerFactory([&session](QWidget* parent) { return new log::frmLogController(session, parent); });
-    app::StartSession(session, parser.isSet(virtualVehicle), programFolder);
     settings::SettingsEditor editor(session);
 
     QObject::connect(&window, &app::frmMain::connectRequested, &window, [&] {
@@ -118,6 +161,9 @@ int main(int argc, char** argv)
     });
 
     window.show();
+    // The load runs once the window stands, so that a box it shows sits over the window and
+    // does not hold the event loop up before it has started.
+    QTimer::singleShot(0, &window, [&] { app::StartSession(session, parser.isSet(virtualVehicle), programFolder); });
     if (parser.isSet(screenshots))
         TakeScreenshots(window, session, editor, actions, parser.value(screenshots));
     return application.exec();
