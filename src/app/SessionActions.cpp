@@ -23,10 +23,35 @@
 
 namespace kvx::app {
 
+namespace {
+
+// Marks a command as running for as long as it lasts, however it ends.
+class Running {
+public:
+    explicit Running(bool& flag) : flag_(flag) { flag_ = true; }
+    ~Running() { flag_ = false; }
+    Running(const Running&) = delete;
+    Running& operator=(const Running&) = delete;
+
+private:
+    bool& flag_;
+};
+
+} // namespace
+
 MainActions BindSessionActions(Session& s, const std::string& programFolder)
 {
-    auto guarded = [&s](std::function<void()> f) {
-        return [&s, f = std::move(f)] { obd::RunLinkCommand(s, f); };
+    // One command at a time: a click that arrives while another command lets events run (a
+    // double click, a button on another tab) is dropped rather than run inside it, where its
+    // requests would fall between the first command's and its text would mix with the first's.
+    auto running = std::make_shared<bool>(false);
+    auto guarded = [&s, running](std::function<void()> f) {
+        return [&s, running, f = std::move(f)] {
+            if (*running)
+                return;
+            const Running mark(*running);
+            obd::RunLinkCommand(s, f);
+        };
     };
     // The link calls back during its long waits (P3, wake-up) so the window repaints and its
     // timers run; clicks wait for the poller's own pauses, and a keep-alive tick that falls into
@@ -65,7 +90,7 @@ MainActions BindSessionActions(Session& s, const std::string& programFolder)
         if (!*waiting)
             obd::KeepAliveTick(s);
     });
-    a.ModeOnce = [&s](int index) { obd::RunLinkCommand(s, [&s, index] { obd::ClickModeOnce(s, index); }); };
+    a.ModeOnce = [&s, guarded](int index) { guarded([&s, index] { obd::ClickModeOnce(s, index); })(); };
     a.ReadVin = guarded([&s] { obd::ReadVehicleId(s); });
     a.RequestLiveCombo = guarded([&s] { obd::StartLiveCombo(s); });
     a.StopLiveCombo = [&s] { obd::StopLiveCombo(s); };

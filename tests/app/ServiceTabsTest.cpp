@@ -9,6 +9,7 @@
 #include <QTableView>
 #include <QTextEdit>
 #include <gtest/gtest.h>
+#include <utility>
 
 using namespace kvx;
 
@@ -84,6 +85,16 @@ TEST(ServiceTabs, TroubleCodesReadPendingAndClearWithoutAQuestion)
     EXPECT_NE(stored.find("P0301 - Cylinder 1 Misfire Detected\r\n"), std::string::npos);
     EXPECT_NE(stored.find(" - No Desciption Available"), std::string::npos);
     expectBoxShowsModel(p, "txtMode347", p.screen.txtMode347);
+
+    // A second click while the read runs is dropped, not run inside the first.
+    bool clicked = false;
+    p.shell.onProcessEvents = [&] {
+        if (!std::exchange(clicked, true))
+            p.click("cmdMode3");
+    };
+    p.click("cmdMode3");
+    p.shell.onProcessEvents = nullptr;
+    EXPECT_EQ(p.screen.txtMode347.text(), stored);
 
     p.click("cmdMode7");
     EXPECT_EQ(p.screen.txtMode347.text().find("P0301"), std::string::npos);
