@@ -19,6 +19,20 @@
 
 using namespace kvx;
 
+namespace {
+
+// The window's shell, but a box is printed rather than shown: a modal box (a missing
+// description file, say) would stop the measurement until someone closed it.
+class PrintingShell : public ui::QtShell {
+public:
+    void messageBox(const std::string& title, const std::string& text, MessageIcon) override
+    {
+        std::fprintf(stderr, "%s: %s\n", title.c_str(), text.c_str());
+    }
+};
+
+} // namespace
+
 int main(int argc, char** argv)
 {
     qputenv("QT_QPA_PLATFORM", qgetenv("QT_QPA_PLATFORM").isEmpty() ? "offscreen" : qgetenv("QT_QPA_PLATFORM"));
@@ -28,10 +42,11 @@ int main(int argc, char** argv)
     link::SteadyClock clock;
     link::LinkSession link(ports::makeWireFactory(clock), clock);
     MainScreen screen;
-    ui::QtShell shell;
+    PrintingShell shell;
     Session session(link, screen, shell);
-    app::StartSession(session, true, QCoreApplication::applicationDirPath().toStdString());
-    app::MainActions actions = app::BindSessionActions(session, QCoreApplication::applicationDirPath().toStdString());
+    const std::string programFolder = QCoreApplication::applicationDirPath().toStdString();
+    app::StartSession(session, true, programFolder);
+    app::MainActions actions = app::BindSessionActions(session, programFolder);
     app::frmMain window(screen, actions);
     window.show();
 
