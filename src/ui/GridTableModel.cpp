@@ -48,6 +48,9 @@ QVariant GridTableModel::data(const QModelIndex& index, int role) const
     switch (role) {
     case Qt::DisplayRole:
         return marker ? QVariant() : QVariant(QString::fromStdString(cell.text));
+    case Qt::ToolTipRole:
+        // A reading wider than its column is cut with an ellipsis; the tip shows all of it.
+        return marker || cell.text.empty() ? QVariant() : QVariant(QString::fromStdString(cell.text));
     case kMarkerRole:
         return marker ? QVariant(cell.text == kTicked) : QVariant();
     case Qt::ForegroundRole:
