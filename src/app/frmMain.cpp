@@ -45,6 +45,14 @@ QTableView* makeGrid(QWidget* parent, const char* name, GridModel& model, QRect 
     return view;
 }
 
+// The last column takes the rest of the width.
+void setColumnWidths(QTableView* view, std::initializer_list<int> widths)
+{
+    int column = 0;
+    for (int width : widths)
+        view->setColumnWidth(column++, width);
+}
+
 QTextEdit* makeRichText(QWidget* parent, const char* name, RichTextModel& model, QRect geometry)
 {
     auto* edit = new QTextEdit(parent);
@@ -236,18 +244,14 @@ void frmMain::buildFrames()
 
     QWidget* f4 = buildFrame(4);
     QTableView* grid5 = makeGrid(f4, "gridMode5", screen_.gridMode5, QRect(8, 8, w - 16, gridH));
-    grid5->setColumnWidth(0, 50);
-    grid5->setColumnWidth(1, 400);
-    grid5->setColumnWidth(2, 140);
-    grid5->setColumnWidth(3, 140);
+    setColumnWidths(grid5, {50, 400, 140, 140});
     makeLabel(f4, "lblSensor", tr("Sensor:"), QRect(8, rowY + 6, 56, 20));
     makeCombo(f4, "cmbMode5", screen_.cmbMode5, QRect(66, rowY + 3, 160, 26));
     addButton(f4, "cmdRequestMode5", tr("READ O2 TESTS"), QRect(236, rowY, 150, 30), whenOpen(a, a.RequestMode5));
 
     QWidget* f5 = buildFrame(5);
     QTableView* grid6 = makeGrid(f5, "gridMode6", screen_.gridMode6, QRect(8, 8, w - 16, gridH));
-    for (int column = 0; column < 6; ++column)
-        grid6->setColumnWidth(column, std::array{50, 50, 330, 110, 100, 110}[std::size_t(column)]);
+    setColumnWidths(grid6, {50, 50, 330, 110, 100, 110});
     makeLabel(f5, "lblYear", tr("Year:"), QRect(8, rowY + 6, 40, 20));
     QComboBox* year = makeCombo(f5, "cmbYear", screen_.cmbYear, QRect(50, rowY + 3, 100, 26));
     makeLabel(f5, "lblMake", tr("Make:"), QRect(162, rowY + 6, 44, 20));
