@@ -124,6 +124,8 @@ int LoadDtcDescriptions(const std::string& folder, std::vector<std::string>& tab
         if (file.is_open())
             file.close();
         file.clear();
+        if (std::filesystem::is_directory(path))
+            throw LoadError("Path/File access error: " + path.string() + " is a folder, not a file.");
         file.open(path, std::ios::binary);
         if (!file.is_open()) {
             throw LoadError(std::filesystem::exists(path) ? "The file " + path.string() + " could not be opened."
