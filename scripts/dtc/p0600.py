@@ -46,7 +46,7 @@ family(705, 'Transmission Range Sensor "A"', CIRCUIT, "(PRNDL Input)")
 family(710, 'Transmission Fluid Temperature Sensor "A"', CIRCUIT)
 family(715, 'Input/Turbine Speed Sensor "A"', SPEED)
 put(719, 'Brake Switch "B" Circuit Low')
-family(720, 'Output Shaft Speed Sensor "A"', SPEED)
+family(720, "Output Speed Sensor", SPEED)
 put(724, 'Brake Switch "B" Circuit High')
 family(725, "Engine Speed Input", SPEED)
 run(729, ["Gear 6 Incorrect Ratio", "Incorrect Gear Ratio", "Gear 1 Incorrect Ratio", "Gear 2 Incorrect Ratio",

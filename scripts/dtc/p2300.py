@@ -58,7 +58,8 @@ family(2572, "Direct Ozone Reduction Catalyst Deterioration Sensor", CIRCUIT_ERR
 put(2577, "Direct Ozone Reduction Catalyst Efficiency Below Threshold")
 
 family(2600, 'Coolant Pump "A"', CONTROL_RANGE)
-run(2604, ['Intake Air Heater "A" Circuit Range/Performance', 'Intake Air Heater "B" Circuit Range/Performance',
+run(2604, ['Intake Air Heater "A" Circuit Range/Performance', 'Intake Air Heater "A" Circuit/Open',
+           'Intake Air Heater "B" Circuit Range/Performance',
            'Intake Air Heater "B" Circuit Low', 'Intake Air Heater "B" Circuit High',
            "Intake Air Heater System Performance", "ECM/PCM Internal Engine Off Timer Performance"])
 family(2611, "A/C Refrigerant Distribution Valve", CONTROL)
