@@ -131,7 +131,11 @@ int LoadDtcDescriptions(const std::string& folder, std::vector<std::string>& tab
             throw LoadError(std::filesystem::exists(path) ? "The file " + path.string() + " could not be opened."
                                                           : "File not found: " + path.string());
         }
-        FieldReader fields(readAll(file));
+        std::string text = readAll(file);
+        // Editors on Windows often start a saved file with a UTF-8 mark; it is no part of the first field.
+        if (text.starts_with("\xEF\xBB\xBF"))
+            text.erase(0, 3);
+        FieldReader fields(std::move(text));
         while (!fields.atEnd()) {
             std::string field = fields.next();
             int number = 0;

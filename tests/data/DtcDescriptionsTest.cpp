@@ -78,9 +78,9 @@ TEST_F(DtcFile, ShortFieldCountsEmptyAndLeavesItsNumberOpen)
     EXPECT_EQ(table[172], "");
 }
 
-TEST_F(DtcFile, QuotedFieldKeepsItsCommasAndWindowsLineEndsAreRead)
+TEST_F(DtcFile, QuotedFieldKeepsItsCommasAndAWindowsEditorsFileIsRead)
 {
-    EXPECT_EQ(load("\"P0100      Mass Air Flow, Circuit, Bank 1\"\r\n"
+    EXPECT_EQ(load("\xEF\xBB\xBF\"P0100      Mass Air Flow, Circuit, Bank 1\"\r\n"
                    "P0101      Range/Performance\r\n"),
               2);
     EXPECT_TRUE(shell.boxes.empty());
