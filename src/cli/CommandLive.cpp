@@ -1,19 +1,17 @@
 #include "cli/Command.h"
-#include "cli/TracePrinter.h"
+#include "cli/ConsoleSession.h"
+#include "log/Recorder.h"
 
-#include "data/TabLayout.h"
-#include "link/LinkSession.h"
 #include "obd/CommandGuard.h"
 #include "obd/Connection.h"
 #include "obd/Disconnect.h"
 #include "obd/LiveData.h"
-#include "ports/WireFactory.h"
-#include "session/MainScreen.h"
-#include "session/Session.h"
-#include "session/Shell.h"
 
 #include <QCommandLineParser>
+#include <QCoreApplication>
+#include <QDateTime>
 #include <QRegularExpression>
+#include <csignal>
 #include <cstdio>
 #include <set>
 
@@ -21,20 +19,12 @@ namespace kvx::cli {
 
 namespace {
 
-// Message boxes become "Title: text" lines; a console has no events to let run.
-class ConsoleShell : public Shell {
-public:
-    void messageBox(const std::string& title, const std::string& text, MessageIcon) override
-    {
-        std::fprintf(stderr, "%s: %s\n", title.c_str(), text.c_str());
-    }
-    void processEvents() override {}
-};
+// Ctrl+C ends the polling between passes, so a recording is closed with its frame count.
+volatile std::sig_atomic_t interrupted = 0;
 
-int fail(const QString& text)
+void onInterrupt(int)
 {
-    std::fprintf(stderr, "%s\n", qPrintable(text));
-    return 2;
+    interrupted = 1;
 }
 
 // Leaves ticked only the grid rows of the wanted parameters (all when none are named) and
@@ -71,53 +61,31 @@ int runLive(const QStringList& args)
         "Connects as the window's \"OBD II GENERIC\" does and polls live data (service 01), one line per "
         "parameter per pass: pass, PID, description and both value texts."));
     parser.addHelpOption();
-    parser.addOption({"port", "The virtual vehicle (sim), a serial port number 1-16 or a device path.", "P", "sim"});
-    parser.addOption({"protocol", "1 ISO9141 Slow, 2 KW2000 Slow, 3 KW2000 Fast, 4 Try All.", "N", "4"});
-    parser.addOption({"trace", "Print every byte on the wire and the wake-up timings."});
+    AddConnectionOptions(parser);
+    parser.addOption({"log", "Record the passes into the Log folder beside kvx, as the window's Log box does."});
     parser.addOption({"count", "Passes to run; 0 polls until the unit falls silent or kvx is stopped.", "N", "0"});
     parser.addPositionalArgument("PID", "Parameters to poll as two hex digits (all supported when none).", "[PID...]");
-    if (!parser.parse(args))
-        return fail(args.value(0) + ": " + parser.errorText());
-    if (parser.isSet("help")) {
-        std::printf("%s", qPrintable(parser.helpText()));
-        return 0;
-    }
+    if (const auto code = ParseCommandLine(parser, args))
+        return *code;
 
-    ports::PortOptions options;
-    const std::optional<int> port = ports::parsePortArgument(parser.value("port").toStdString(), options);
-    if (!port)
-        return fail(args.value(0) + ": --port takes sim, a number 1-16 or a device path, not '" + parser.value("port") + "'");
+    QString problem;
+    const auto console = ConsoleSession::FromOptions(parser, problem);
+    if (!console)
+        return Fail(args.value(0) + ": " + problem);
     bool ok = false;
-    const int protocol = parser.value("protocol").toInt(&ok);
-    if (!ok || protocol < 1 || protocol > 4)
-        return fail(args.value(0) + ": --protocol takes 1, 2, 3 or 4, not '" + parser.value("protocol") + "'");
     const long count = parser.value("count").toLong(&ok);
     if (!ok || count < 0)
-        return fail(args.value(0) + ": --count takes a number of passes (0 for no end), not '" + parser.value("count") + "'");
+        return Fail(args.value(0) + ": --count takes a number of passes (0 for no end), not '" + parser.value("count") + "'");
     std::set<std::string> wanted;
     static const QRegularExpression twoHex(QStringLiteral("^[0-9A-Fa-f]{2}$"));
     for (const QString& pid : parser.positionalArguments()) {
         if (!twoHex.match(pid).hasMatch())
-            return fail(args.value(0) + ": a PID is two hex digits (0C, 0D, ...), not '" + pid + "'");
+            return Fail(args.value(0) + ": a PID is two hex digits (0C, 0D, ...), not '" + pid + "'");
         wanted.insert(pid.toUpper().toStdString());
     }
 
-    link::SteadyClock clock;
-    link::LinkSession link(ports::makeWireFactory(clock, options), clock);
-    TracePrinter printer(stdout);
-    if (parser.isSet("trace"))
-        link.setTraceSink(&printer);
-    MainScreen screen;
-    ConsoleShell shell;
-    Session session(link, screen, shell);
-    CommSettings& settings = session.settings;
-    settings.PortNumber = *port;
-    settings.ProtocolNumber = protocol;
-    settings.TryAllProtocols = protocol == link::TryAll;
-    link.SetP3Delay(settings.P3Delay);
-    link.SetP4Delay(settings.P4Delay);
-    link.SetInterByteDelay(settings.InterByteDelay);
-    data::BuildTabs(screen, data::ModuleTabs(ModuleGeneric));
+    Session& session = console->session();
+    MainScreen& screen = console->screen();
 
     if (!obd::ConnectEcu(session)) {
         std::fprintf(stderr, "%s: %s\n", qPrintable(args.value(0)),
@@ -129,20 +97,32 @@ int runLive(const QStringList& args)
         std::fprintf(stderr, "PID %s is not supported by unit %s; left out\n", pid.c_str(), session.EcuAddress.c_str());
     if (!wanted.empty() && missing.size() == wanted.size()) {
         obd::Disconnect(session);
-        return fail(args.value(0) + ": none of the PIDs asked for is supported");
+        return Fail(args.value(0) + ": none of the PIDs asked for is supported");
     }
+    if (parser.isSet("log")) {
+        if (!log::StartLogging(session, QCoreApplication::applicationDirPath().toStdString(),
+                               QDateTime::currentDateTime())) {
+            obd::Disconnect(session);
+            return 1;
+        }
+        std::fprintf(stderr, "recording to %s\n", session.LogPath.c_str());
+    }
+    std::signal(SIGINT, onInterrupt);
 
     // The same loop as the window's, one pass at a time so each pass can be printed.
     session.Busy = true;
     bool unitAnswers = true;
-    for (long pass = 1; unitAnswers && session.Busy && !session.LinkDown && (count == 0 || pass <= count); ++pass) {
+    for (long pass = 1; unitAnswers && session.Busy && !session.LinkDown && (count == 0 || pass <= count) && !interrupted; ++pass) {
         const bool linkOk = obd::RunLinkCommand(
             session, [&] { unitAnswers = obd::PollLiveData(session, session.HeaderByte1, session.HeaderByte2); });
-        if (!linkOk)
+        if (!linkOk) {
+            log::StopLogging(session);
             return 1;
+        }
         printPass(screen.GridMode1, pass);
     }
     const bool ended = !unitAnswers || session.LinkDown;
+    log::StopLogging(session);
     obd::Disconnect(session);
     return ended ? 1 : 0;
 }

@@ -21,7 +21,7 @@ struct ServiceCommand {
     std::function<int(Session&, const QCommandLineParser&)> run;
 };
 
-// Parses --port (sim, or 1-16) and --protocol (1-4) beside the command's own options, connects
+// Parses --port (sim, 1-16 or a device path), --protocol (1-4) and --trace beside the command's own options, connects
 // as the window's "OBD II GENERIC" does, runs the command and disconnects. Bad arguments, a
 // failed connection and link faults end with a plain message on stderr and a non-zero code.
 int RunServiceCommand(const QStringList& args, const ServiceCommand& command);

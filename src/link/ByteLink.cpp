@@ -10,6 +10,10 @@ namespace kvx::link {
 namespace {
 // A USB interface may hold an echo back for its latency timer; beyond this there is no echo.
 constexpr Micros kEchoWait = ms(50);
+// The window gets its events at least this often while a request is exchanged...
+constexpr Micros kIdlePeriod = ms(10);
+// ...but only where the wait leaves this much time, so a slow repaint cannot make a byte late.
+constexpr Micros kIdleMargin = ms(10);
 } // namespace
 
 ByteLink::ByteLink(Wire& wire, Clock& clock, TraceSink* trace, int baud)
@@ -26,6 +30,15 @@ bool ByteLink::fill(Micros deadline)
     for (std::size_t i = 0; i < n; ++i)
         input_.push_back({buf[i], t});
     return n > 0;
+}
+
+void ByteLink::idleIfDue(Micros waitEnd)
+{
+    const Micros now = clock_.now();
+    if (!idle_ || now - lastIdle_ < kIdlePeriod || waitEnd - now < kIdleMargin)
+        return;
+    lastIdle_ = now;
+    idle_();
 }
 
 void ByteLink::send(std::uint8_t byte)
@@ -55,17 +68,24 @@ void ByteLink::send(std::uint8_t byte)
 void ByteLink::sendFrame(const Bytes& frame, Micros gap)
 {
     for (std::size_t i = 0; i < frame.size(); ++i) {
-        if (i > 0 && gap > 0)
+        if (i > 0 && gap > 0) {
+            idleIfDue(byteEnd_ + gap);
             clock_.sleepUntil(byteEnd_ + gap);
+        }
         send(frame[i]);
     }
 }
 
 std::optional<TimedByte> ByteLink::receive(Micros deadline)
 {
-    while (input_.empty())
-        if (!fill(deadline) && clock_.now() >= deadline)
+    // Bytes that arrive while the idle work runs wait in the port's buffer and are read late, which
+    // can only lengthen the silences the reply collector measures, never cut a reply short.
+    while (input_.empty()) {
+        idleIfDue(deadline);
+        const Micros until = idle_ ? std::min(deadline, clock_.now() + kIdlePeriod) : deadline;
+        if (!fill(until) && clock_.now() >= deadline)
             return std::nullopt;
+    }
     const TimedByte b = input_.front();
     input_.pop_front();
     lastActivity_ = b.time;

@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <optional>
 
 namespace kvx::link {
@@ -31,6 +32,11 @@ public:
     // How long the last break call took, to start the next one early by half of it.
     Micros breakCallTime() const { return breakCall_; }
 
+    // Work to run during the long waits of a request's exchange (the window's events), at most once
+    // per idle period and never when the wait has too little left. The wake-up leaves it unset:
+    // its key-byte windows are too narrow to share.
+    void setIdle(std::function<void()> idle) { idle_ = std::move(idle); }
+
     Micros byteTime() const { return byteTime_; }
     // When the last byte was seen on the line (sent, echoed or received).
     Micros lastActivity() const { return lastActivity_; }
@@ -38,6 +44,7 @@ public:
 
 private:
     bool fill(Micros deadline);
+    void idleIfDue(Micros waitEnd);
 
     Wire& wire_;
     Clock& clock_;
@@ -47,6 +54,8 @@ private:
     Micros lastActivity_ = 0;
     Micros byteEnd_ = 0;
     std::deque<TimedByte> input_;
+    std::function<void()> idle_;
+    Micros lastIdle_ = 0;
 };
 
 } // namespace kvx::link

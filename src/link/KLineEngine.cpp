@@ -189,6 +189,12 @@ std::vector<Bytes> KLineEngine::transact(const Bytes& frame)
     if (trace_)
         trace_->timing(clock_.now(), {"P3 (last byte to request)", clock_.now() - quietFrom, ms(std::max(p3Ms_, 0)), kP3Max});
     io_->discardInput("stray bytes before the request");
+    // The window's events run during this exchange only; a fault leaves them off for the next wake-up.
+    struct IdleScope {
+        ByteLink& io;
+        ~IdleScope() { io.setIdle(nullptr); }
+    } idleScope{*io_};
+    io_->setIdle(idle_);
     io_->sendFrame(frame, p4_);
     const LineKind kind = kind_ ? *kind_ : kindFor(frame);
     CollectedReplies replies = collectReplies(*io_, kind, trace_);

@@ -152,6 +152,27 @@ TEST(Exchange, P3BeforeTheRequestAndP4BetweenItsBytes)
     EXPECT_EQ(split(bench.ask("686AF10100")).size(), 2u);
 }
 
+TEST(Exchange, TheWindowGetsItsEventsThroughoutAnExchangeWithoutBytesGoingLate)
+{
+    test::SimBench bench;
+    ASSERT_TRUE(bench.wake(1));
+    bench.link.SetP4Delay(25); // the window's default, held to 20 ms
+    std::vector<link::Micros> idle;
+    bench.link.setIdleHook([&] {
+        idle.push_back(bench.clock.now());
+        // A slow repaint: it must not push a request byte past P4 or cut a reply short.
+        bench.clock.sleepFor(ms(4));
+    });
+    const link::Micros start = bench.clock.now();
+    EXPECT_EQ(split(bench.ask("686AF10100")).size(), 2u);
+    const link::Micros end = bench.clock.now();
+    idle.push_back(end);
+    link::Micros longest = idle.front() - start;
+    for (std::size_t i = 1; i < idle.size(); ++i)
+        longest = std::max(longest, idle[i] - idle[i - 1]);
+    EXPECT_LE(longest, ms(30));
+}
+
 TEST(Exchange, NoEchoAndCollisionAreDifferentErrors)
 {
     test::SimBench silent(withRequestFault(0, Fault::NoEcho));
