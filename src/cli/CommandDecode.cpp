@@ -1,6 +1,7 @@
 // kvx decode: turns reply messages from a capture or a log into the texts the window shows, so a
 // person can check a capture by hand without a car or a cable.
 #include "cli/Command.h"
+#include "cli/ConsoleSession.h"
 
 #include "data/DtcDescriptions.h"
 #include "link/Hex.h"
@@ -42,16 +43,6 @@ void fail(const std::string& message, const std::string& why)
     std::fprintf(stderr, "kvx decode: %s: %s\n", message.c_str(), why.c_str());
 }
 
-// Load failures go to stderr; there is no window to keep alive while the file is read.
-class StderrShell : public Shell {
-public:
-    void messageBox(const std::string& title, const std::string& text, MessageIcon) override
-    {
-        std::fprintf(stderr, "kvx decode: %s: %s\n", title.c_str(), text.c_str());
-    }
-    void processEvents() override {}
-};
-
 // The descriptions of the file beside the program, read the first time a code needs one, so
 // that decoding live values never depends on the file. A failed load is reported once.
 class CodeDescriptions {
@@ -59,7 +50,7 @@ public:
     std::string describe(const std::string& code)
     {
         if (!loaded_) {
-            StderrShell shell;
+            ConsoleShell shell;
             data::LoadDtcDescriptions(QCoreApplication::applicationDirPath().toStdString(), table_, shell);
             loaded_ = true;
         }
