@@ -1,7 +1,9 @@
 // kvx decode: turns reply messages from a capture or a log into the texts the window shows, so a
 // person can check a capture by hand without a car or a cable.
 #include "cli/Command.h"
+#include "cli/ConsoleSession.h"
 
+#include "data/DtcDescriptions.h"
 #include "link/Hex.h"
 #include "link/decode/Message.h"
 #include "link/decode/PidValue.h"
@@ -11,7 +13,9 @@
 #include "link/decode/Vin.h"
 
 #include <QCommandLineParser>
+#include <QCoreApplication>
 #include <cstdio>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -39,8 +43,33 @@ void fail(const std::string& message, const std::string& why)
     std::fprintf(stderr, "kvx decode: %s: %s\n", message.c_str(), why.c_str());
 }
 
+// The descriptions of the file beside the program, read the first time a code needs one, so
+// that decoding live values never depends on the file. A failed load is reported once.
+class CodeDescriptions {
+public:
+    std::string describe(const std::string& code)
+    {
+        if (!loaded_) {
+            ConsoleShell shell;
+            data::LoadDtcDescriptions(QCoreApplication::applicationDirPath().toStdString(), table_, shell);
+            loaded_ = true;
+        }
+        std::string text;
+        try {
+            text = data::DtcDescription(table_, code);
+        } catch (const std::invalid_argument&) {
+            // Hex digits or a number beyond the table: the file cannot hold such a code.
+        }
+        return text.empty() ? "No Desciption Available" : text;
+    }
+
+private:
+    std::vector<std::string> table_;
+    bool loaded_ = false;
+};
+
 // Prints the texts of one message; false (with the reason on stderr) when nothing decoded.
-bool decodeMessage(const std::string& text, const dec::Message& m)
+bool decodeMessage(const std::string& text, const dec::Message& m, CodeDescriptions& descriptions)
 {
     const auto printed = [&](const std::string& line) {
         if (line.empty())
@@ -67,8 +96,10 @@ bool decodeMessage(const std::string& text, const dec::Message& m)
         const std::string codes = dec::formatTroubleCodes(text, 1);
         if (codes.empty())
             return printed("No trouble codes");
-        for (std::size_t i = 0; i + 5 <= codes.size(); i += 5)
-            std::printf("%s\n", codes.substr(i, 5).c_str());
+        for (std::size_t i = 0; i + 5 <= codes.size(); i += 5) {
+            const std::string code = codes.substr(i, 5);
+            std::printf("%s - %s\n", code.c_str(), descriptions.describe(code).c_str());
+        }
         return true;
     }
     case 0x44:
@@ -102,7 +133,7 @@ bool decodeMessage(const std::string& text, const dec::Message& m)
 
 // One argument: a message, or several joined by ":" as the link writes a reply. The messages of a
 // VIN belong together, so they are gathered and decoded once.
-bool decodeArgument(const std::string& argument)
+bool decodeArgument(const std::string& argument, CodeDescriptions& descriptions)
 {
     bool ok = true;
     std::string vinMessages;
@@ -120,7 +151,7 @@ bool decodeArgument(const std::string& argument)
             vinMessages += (vinMessages.empty() ? "" : ":") + text;
             continue;
         }
-        ok = decodeMessage(text, *m) && ok;
+        ok = decodeMessage(text, *m, descriptions) && ok;
     }
     if (!vinMessages.empty()) {
         const std::string vin = dec::formatVin(vinMessages);
@@ -139,7 +170,8 @@ int runDecode(const QStringList& args)
     QCommandLineParser parser;
     parser.setApplicationDescription(
         "Decodes reply messages (whole frames in hex: header, service, data, checksum) into display text.\n"
-        "41/42: metric and US value separated by a tab; 43/47: one trouble code a line;\n"
+        "41/42: metric and US value separated by a tab; 43/47: one trouble code a line with its\n"
+        "description from \"SAE OBD II CODES.dat\" beside the program;\n"
         "44/7F: the answer in words; 45: TID, test, value, min, max; 46: TID, component, limit, type,\n"
         "result, pass/fail; 49: the VIN from its messages joined by ':'.\n"
         "Exit code 0 when every message decoded, 1 otherwise.");
@@ -152,8 +184,9 @@ int runDecode(const QStringList& args)
         return 2;
     }
     bool ok = true;
+    CodeDescriptions descriptions;
     for (const auto& message : messages)
-        ok = decodeArgument(message.trimmed().toUpper().toStdString()) && ok;
+        ok = decodeArgument(message.trimmed().toUpper().toStdString(), descriptions) && ok;
     return ok ? 0 : 1;
 }
 

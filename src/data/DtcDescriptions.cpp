@@ -124,12 +124,18 @@ int LoadDtcDescriptions(const std::string& folder, std::vector<std::string>& tab
         if (file.is_open())
             file.close();
         file.clear();
+        if (std::filesystem::is_directory(path))
+            throw LoadError("Path/File access error: " + path.string() + " is a folder, not a file.");
         file.open(path, std::ios::binary);
         if (!file.is_open()) {
             throw LoadError(std::filesystem::exists(path) ? "The file " + path.string() + " could not be opened."
                                                           : "File not found: " + path.string());
         }
-        FieldReader fields(readAll(file));
+        std::string text = readAll(file);
+        // Editors on Windows often start a saved file with a UTF-8 mark; it is no part of the first field.
+        if (text.starts_with("\xEF\xBB\xBF"))
+            text.erase(0, 3);
+        FieldReader fields(std::move(text));
         while (!fields.atEnd()) {
             std::string field = fields.next();
             int number = 0;
