@@ -73,7 +73,7 @@ void TakeScreenshots(app::frmMain& window, Session& session, settings::SettingsE
         }
         MainScreen& screen = session.screen;
         actions.LogToggled(true);
-        whilePolling(4000, actions.RequestMode1, actions.Stop, [&] { shot("frmMain"); });
+        whilePolling(8000, actions.RequestMode1, actions.Stop, [&] { shot("frmMain"); });
         actions.LogToggled(false);
         const std::string recording = session.LogPath;
 
