@@ -5,7 +5,7 @@
 #include "data/TabLayout.h"
 #include "data/VehicleLists.h"
 #include "obd/Connection.h"
-#include "obd/O2SensorNames.h"
+#include "obd/O2SensorList.h"
 #include "session/MainScreen.h"
 #include "session/Session.h"
 #include "settings/SettingsStore.h"

@@ -5,7 +5,7 @@
 #include "obd/Disconnect.h"
 #include "obd/KeepAlive.h"
 #include "obd/LiveData.h"
-#include "obd/O2SensorNames.h"
+#include "obd/O2SensorList.h"
 #include "obd/RequestCycle.h"
 #include "obd/SupportedPids.h"
 #include "session/MainScreen.h"

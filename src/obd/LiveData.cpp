@@ -6,7 +6,7 @@
 #include "obd/CommandGuard.h"
 #include "obd/Connection.h"
 #include "obd/KeepAlive.h"
-#include "obd/O2SensorNames.h"
+#include "obd/O2SensorList.h"
 #include "obd/RequestCycle.h"
 #include "obd/SupportedPids.h"
 #include "session/MainScreen.h"

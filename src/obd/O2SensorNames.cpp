@@ -1,8 +1,5 @@
 #include "obd/O2SensorNames.h"
 
-#include "session/MainScreen.h"
-#include "session/Session.h"
-
 #include <array>
 #include <utility>
 
@@ -27,16 +24,6 @@ constexpr std::array<std::pair<const char*, const char*>, 12> kSensorNumbers{{
     {"Bank 4 Sensor 2", "08"},
 }};
 
-constexpr std::array<const char*, 8> kTwoBankNames{{
-    "Bank 1 Sensor 1", "Bank 1 Sensor 2", "Bank 1 Sensor 3", "Bank 1 Sensor 4",
-    "Bank 2 Sensor 1", "Bank 2 Sensor 2", "Bank 2 Sensor 3", "Bank 2 Sensor 4",
-}};
-
-constexpr std::array<const char*, 8> kFourBankNames{{
-    "Bank 1 Sensor 1", "Bank 1 Sensor 2", "Bank 2 Sensor 1", "Bank 2 Sensor 2",
-    "Bank 3 Sensor 1", "Bank 3 Sensor 2", "Bank 4 Sensor 1", "Bank 4 Sensor 2",
-}};
-
 constexpr std::array<const char*, 11> kTestTitles{{
     "",
     "Rich to lean sensor threshold voltage",
@@ -59,16 +46,6 @@ std::string O2SensorNumber(const std::string& sensorName)
         if (sensorName == name)
             return number;
     return {};
-}
-
-void FillO2SensorList(Session& session)
-{
-    const bool fourBanks = session.SupportedPids[0x1D][0];
-    ListModel& list = session.screen.cmbMode5;
-    list.clear();
-    for (const char* name : fourBanks ? kFourBankNames : kTwoBankNames)
-        list.addItem(name);
-    list.setCurrentIndex(0);
 }
 
 std::string O2TestDescription(int tid)

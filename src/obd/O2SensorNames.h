@@ -2,19 +2,11 @@
 
 #include <string>
 
-namespace kvx {
-struct Session;
-}
-
 namespace kvx::obd {
 
 // The sensor number of a name in cmbMode5 ("" for a name not in the table). Both sensor layouts
 // share the table; the two-bank names come first, so a Bank 2 sensor is always 05 to 08.
 std::string O2SensorNumber(const std::string& sensorName);
-
-// Fills cmbMode5 with the sensor names of the unit's layout: four banks of two sensors when it
-// declared PID 1D, else two banks of four. The first name is chosen.
-void FillO2SensorList(Session& session);
 
 // The standard title of a service 05 test ("" beyond the standard ones).
 std::string O2TestDescription(int tid);

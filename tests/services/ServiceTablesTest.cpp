@@ -1,4 +1,5 @@
 #include "obd/FrameText.h"
+#include "obd/O2SensorList.h"
 #include "obd/O2SensorNames.h"
 #include "obd/TextColumns.h"
 
@@ -20,6 +21,16 @@ TEST(O2SensorNumber, TwoBankNamesWinOverTheFourBankNumbering)
     EXPECT_EQ(O2SensorNumber("Bank 4 Sensor 2"), "08");
     EXPECT_EQ(O2SensorNumber("Bank 3 Sensor 3"), "");
     EXPECT_EQ(O2SensorNumber("bank 1 sensor 1"), "");
+}
+
+TEST(PresentO2Sensors, LayoutBitsNameSensorsThatTheRequestsCanNumber)
+{
+    using Names = std::vector<std::string>;
+    EXPECT_EQ(PresentO2Sensors(0x21, false), (Names{"Bank 1 Sensor 1", "Bank 2 Sensor 2"}));
+    EXPECT_EQ(PresentO2Sensors(0x84, true), (Names{"Bank 2 Sensor 1", "Bank 4 Sensor 2"}));
+    for (bool fourBanks : {false, true})
+        for (const std::string& name : PresentO2Sensors(0xFF, fourBanks))
+            EXPECT_FALSE(O2SensorNumber(name).empty()) << name;
 }
 
 TEST(PadOrCut, PadsCutsAndCountsCharactersNotBytes)
