@@ -44,11 +44,11 @@ struct MonitorResult {
 };
 const std::vector<MonitorResult> kMonitor = {
     {0x01, 0x01, 0x0152, 0x0200}, {0x01, 0x81, 0x0152, 0x0100}, // catalyst B1: inside both limits
-    {0x02, 0x01, 0x0310, 0x0280},                                // catalyst B1 efficiency: above maximum
-    {0x05, 0x11, 0x0020, 0x0040}, {0x05, 0x91, 0x0020, 0x0008}, // EGR flow
-    {0x0B, 0x85, 0x0042, 0x0060},                                // misfire margin cylinder 5: below minimum
-    {0x10, 0x01, 0x0003, 0x000A},                                // evaporative leak
-    {0x21, 0x01, 0x00C8, 0x0190},                                // O2 heater B1S1 current
+    {0x02, 0x01, 0x0310, 0x0280},                                // O2 response B1S1: above maximum
+    {0x03, 0x01, 0x00C8, 0x0190},                                // O2 heater B1S1 current
+    {0x05, 0x01, 0x0020, 0x0040}, {0x05, 0x81, 0x0020, 0x0008}, // EGR flow
+    {0x06, 0x01, 0x0003, 0x000A},                                // evaporative purge flow
+    {0x07, 0x85, 0x0042, 0x0060},                                // misfire margin cylinder 5: below minimum
 };
 
 link::Bytes codeBytes(TroubleCode c) { return {static_cast<std::uint8_t>(c >> 8), static_cast<std::uint8_t>(c)}; }
