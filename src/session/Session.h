@@ -1,5 +1,7 @@
 #pragma once
 
+#include "link/decode/NissanDecoder.h"
+#include "link/decode/ToyotaDecoder.h"
 #include "settings/CommSettings.h"
 
 #include <array>
@@ -62,6 +64,10 @@ struct Session {
     std::shared_ptr<log::LogFile> LogFileHandle;
 
     int NissanHighlightRow = 0;
+
+    // The manufacturer decoders, made with the session as the link library's companions.
+    link::NissanDecoder nissanDecoder;
+    link::ToyotaDecoder toyotaDecoder;
 };
 
 } // namespace kvx

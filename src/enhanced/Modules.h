@@ -1,0 +1,17 @@
+#pragma once
+
+namespace kvx {
+struct Session;
+}
+
+namespace kvx::enhanced {
+
+// The selection window's choice: sets ModuleIndex and runs that module's connection routine.
+// True when connected; an index outside 0-3 connects nothing.
+bool ConnectModule(Session& session, int moduleIndex);
+
+// cmdRequestMode1 / cmdRequestLiveCombo for whichever module is connected.
+void StartModuleLiveData(Session& session);
+void StartModuleLiveCombo(Session& session);
+
+} // namespace kvx::enhanced
