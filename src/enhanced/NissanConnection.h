@@ -17,6 +17,10 @@ std::string NissanUnitAddress(int moduleIndex);
 // The StartCommunication frame for the session's unit: "81" + address + "FC81" + its checksum.
 std::string NissanStartFrame(Session& session);
 
+// A new fast-init wake-up of the session's unit with its start frame (the reconnect flag set).
+// True when it answered.
+bool ReconnectNissan(Session& session);
+
 // Fast-init wake-up of the Nissan unit, the nine support requests, and the sensor rows in
 // GridMode1. True when connected; "INIT FAILED" and false when the unit did not answer.
 bool ConnectNissan(Session& session);

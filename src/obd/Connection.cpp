@@ -36,30 +36,20 @@ bool wakeUp(Session& session)
     }
 }
 
-void refuse(Session& session, const std::string& text)
-{
-    Disconnect(session);
-    session.shell.messageBox(kFailedCommunication, text, MessageIcon::Exclamation);
-}
-
 bool isKwp(int protocol)
 {
     return protocol == link::Kwp2000Slow || protocol == link::Kwp2000Fast;
 }
 
-bool connect(Session& session)
+bool negotiate(Session& session, const Negotiation& negotiation)
 {
     MainScreen& screen = session.screen;
     session.LinkDown = false;
     if (!wakeUp(session)) {
-        session.LinkDown = true;
-        screen.StatusBar1.setText(1, kInitFailed);
-        screen.tmrKeepAlive.setInterval(session.settings.KeepAlive);
-        screen.tmrKeepAlive.setEnabled(false);
-        SetToolbarConnected(session, false);
+        ReportInitFailed(session, screen.tmrKeepAlive);
         return false;
     }
-    ClearSupportedPids(session, 1);
+    ClearSupportedPids(session, 1, negotiation.lastClearedPid);
 
     screen.cmbModule.clear();
     const bool kwp = isKwp(session.settings.ProtocolNumber);
@@ -69,36 +59,69 @@ bool connect(Session& session)
     if (kwp) {
         const std::string check = SendRequest(session, session.HeaderByte1, session.HeaderByte2, "01", "00", "01");
         if (IsNegativeResponse(check)) {
-            refuse(session, kNegativeResponseText);
+            RefuseConnection(session, kNegativeResponseText);
             return false;
         }
     }
 
-    const std::string problem = FirstReplyProblem(RequestSupportBitmaps(session, true));
-    if (!problem.empty()) {
-        refuse(session, problem);
+    if (!negotiation.discover(session))
         return false;
-    }
 
     screen.control("chkLog").setEnabled(true);
-    screen.control("cmdGo").setVisible(true);
     screen.control("cmbModule").setVisible(true);
     SetToolbarConnected(session, true);
     RestartKeepAlive(session);
-    BuildLiveDataGrid(session);
-    FillPidLists(session);
-    FillO2SensorList(session);
+    negotiation.fillScreen(session);
     screen.StatusBar1.setText(1, "");
     return true;
 }
 
+// The generic module asks the "00" bitmap (then "20" and "40" as marked) and refuses a first
+// answer that cannot be whole.
+bool discoverGeneric(Session& session)
+{
+    const std::string problem = FirstReplyProblem(RequestSupportBitmaps(session, true));
+    if (problem.empty())
+        return true;
+    RefuseConnection(session, problem);
+    return false;
+}
+
+void fillGenericScreen(Session& session)
+{
+    session.screen.control("cmdGo").setVisible(true);
+    BuildLiveDataGrid(session);
+    FillPidLists(session);
+    FillO2SensorList(session);
+}
+
 } // namespace
+
+bool Negotiate(Session& session, const Negotiation& negotiation)
+{
+    bool connected = false;
+    RunLinkCommand(session, [&] { connected = negotiate(session, negotiation); });
+    return connected;
+}
 
 bool ConnectEcu(Session& session)
 {
-    bool connected = false;
-    RunLinkCommand(session, [&] { connected = connect(session); });
-    return connected;
+    return Negotiate(session, Negotiation{96, discoverGeneric, fillGenericScreen});
+}
+
+void ReportInitFailed(Session& session, TimerModel& keepAlive)
+{
+    session.LinkDown = true;
+    session.screen.StatusBar1.setText(1, kInitFailed);
+    keepAlive.setInterval(session.settings.KeepAlive);
+    keepAlive.setEnabled(false);
+    SetToolbarConnected(session, false);
+}
+
+void RefuseConnection(Session& session, const std::string& text)
+{
+    Disconnect(session);
+    session.shell.messageBox(kFailedCommunication, text, MessageIcon::Exclamation);
 }
 
 std::string SendRequest(Session& session, const std::string& headerByte1, const std::string& headerByte2,

@@ -1,9 +1,11 @@
 #pragma once
 
+#include <functional>
 #include <string>
 
 namespace kvx {
 struct Session;
+class TimerModel;
 }
 
 namespace kvx::obd {
@@ -16,6 +18,29 @@ inline constexpr const char* kIncompleteReplyText =
 inline constexpr const char* kNoReplyText =
     "No Response From ECU.  Please Try Other Type Protocol Then Recheck";
 inline constexpr const char* kInitFailed = "INIT FAILED";
+
+// What a module asks once the generic negotiation has woken its unit, and what it shows then.
+struct Negotiation {
+    // Entries 0 to this of SupportedPids' service 01 column are cleared after the wake-up.
+    int lastClearedPid = 96;
+    // Asks which parameters the unit supports. False when the answer refused the session (it has
+    // been closed and the user told).
+    std::function<bool(Session&)> discover;
+    // Fills GridMode1 and the lists of the main window from what was discovered.
+    std::function<void(Session&)> fillScreen;
+};
+
+// The negotiation every J1979 module shares: the wake-up over the chosen protocol (or each in
+// turn for "Try All"), the header bytes, the KWP2000 negative-reply check, then the module's
+// discovery, the keep-alive timer and the screen. True when the session is open.
+bool Negotiate(Session& session, const Negotiation& negotiation);
+
+// Ends a failed wake-up: the link marked down, "INIT FAILED", the module's keep-alive timer
+// stopped at the settings' interval, the toolbar back in its not-connected state.
+void ReportInitFailed(Session& session, TimerModel& keepAlive);
+
+// Closes a session whose first answers refused it and tells the user why.
+void RefuseConnection(Session& session, const std::string& text);
 
 // Opens a generic OBD-II session over the protocol of the settings (or each protocol in turn for
 // "Try All"), checks the first answer, discovers the supported parameters and prepares the

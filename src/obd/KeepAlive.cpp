@@ -14,42 +14,59 @@ namespace {
 
 void tick(Session& session)
 {
-    MainScreen& screen = session.screen;
-    if (session.SilenceCount >= kKeepAliveReconnectFrom && session.SilenceCount < kKeepAliveGiveUpAt) {
-        screen.tmrKeepAlive.setEnabled(false);
-        screen.StatusBar1.setText(1, kReconnecting);
-        const bool answered = ReconnectEcu(session);
-        screen.tmrKeepAlive.setEnabled(true);
-        if (answered)
-            screen.StatusBar1.setText(1, "");
-        else
-            ++session.SilenceCount;
-    }
+    WakeUpAfterSilence(session, session.screen.tmrKeepAlive, [&] {
+        session.screen.StatusBar1.setText(1, kReconnecting);
+        return ReconnectEcu(session);
+    });
 
     if (session.SilenceCount >= kKeepAliveGiveUpAt || session.LinkDown) {
-        Disconnect(session);
-        session.shell.messageBox(kNoCommunication, kNoResponseFromEcu, MessageIcon::Exclamation);
+        DropSilentSession(session);
         return;
     }
 
     if (!session.link.IsPortOpen())
         return;
-    screen.StatusBar1.setLamp(3, Lamp::Green);
-    session.LastFrame = session.link.EncodeRequest(session.HeaderByte1 + session.HeaderByte2 + "F10100");
-    // The reply is judged raw: only whether anything came, and whether it was refused.
-    session.LastRaw = session.link.Transact(session.LastFrame);
-    screen.StatusBar1.setLamp(3, Lamp::Black);
+    const std::string raw = LampedExchange(session, session.HeaderByte1 + session.HeaderByte2 + "F10100");
 
     const int protocol = session.settings.ProtocolNumber;
     const bool kwp = protocol == link::Kwp2000Slow || protocol == link::Kwp2000Fast;
     // A refusal counts as silence on KWP2000 only.
-    if (session.LastRaw.empty() || (kwp && IsNegativeResponse(session.LastRaw)))
+    if (raw.empty() || (kwp && IsNegativeResponse(raw)))
         ++session.SilenceCount;
     else
         session.SilenceCount = 0;
 }
 
 } // namespace
+
+void WakeUpAfterSilence(Session& session, TimerModel& timer, const std::function<bool()>& wakeUp)
+{
+    if (session.SilenceCount < kKeepAliveReconnectFrom || session.SilenceCount >= kKeepAliveGiveUpAt)
+        return;
+    timer.setEnabled(false);
+    const bool answered = wakeUp();
+    timer.setEnabled(true);
+    if (answered)
+        session.screen.StatusBar1.setText(1, "");
+    else
+        ++session.SilenceCount;
+}
+
+std::string LampedExchange(Session& session, const std::string& request)
+{
+    StatusBarModel& status = session.screen.StatusBar1;
+    status.setLamp(3, Lamp::Green);
+    session.LastFrame = session.link.EncodeRequest(request);
+    session.LastRaw = session.link.Transact(session.LastFrame);
+    status.setLamp(3, Lamp::Black);
+    return session.LastRaw;
+}
+
+void DropSilentSession(Session& session)
+{
+    Disconnect(session);
+    session.shell.messageBox(kNoCommunication, kNoResponseFromEcu, MessageIcon::Exclamation);
+}
 
 void RestartKeepAlive(Session& session)
 {

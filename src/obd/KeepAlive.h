@@ -1,7 +1,11 @@
 #pragma once
 
+#include <functional>
+#include <string>
+
 namespace kvx {
 struct Session;
+class TimerModel;
 }
 
 namespace kvx::obd {
@@ -14,6 +18,18 @@ inline constexpr const char* kReconnecting = "RECONNECTING...";
 // the session.
 inline constexpr int kKeepAliveReconnectFrom = 3;
 inline constexpr int kKeepAliveGiveUpAt = 14;
+
+// The start of a keep-alive tick after repeated silence (3 to 13 silent ticks): the module's timer
+// off, a new wake-up, the timer on again. A good wake-up clears panel 1; a failed one counts as
+// one more silent tick.
+void WakeUpAfterSilence(Session& session, TimerModel& timer, const std::function<bool()>& wakeUp);
+
+// The keep-alive exchange with panel 3's activity lamp lit: the request is framed and sent, and
+// the raw reply returned (both kept in LastFrame and LastRaw); no decoding.
+std::string LampedExchange(Session& session, const std::string& request);
+
+// The end of a session that stopped answering: disconnect, then "No Response From ECU".
+void DropSilentSession(Session& session);
 
 // tmrKeepAlive on again at the settings' interval, after a service pass.
 void RestartKeepAlive(Session& session);

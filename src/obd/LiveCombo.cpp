@@ -2,6 +2,8 @@
 
 #include "link/LinkSession.h"
 #include "log/LogFile.h"
+#include "obd/KeepAlive.h"
+#include "obd/LiveLoop.h"
 #include "obd/RequestCycle.h"
 #include "obd/ServiceCycle.h"
 #include "session/MainScreen.h"
@@ -24,33 +26,24 @@ bool KeepPolling(const Session& session)
     return session.Busy && !session.LinkDown && ComboShown(session);
 }
 
-// Counted as the live-data grid counts: from the third silent reply in a row each further one
-// tries a new wake-up; the sixth ends polling. False at the sixth.
-bool CountSilence(Session& session, const std::string& reply)
-{
-    if (!reply.empty()) {
-        session.SilenceCount = 0;
-        session.screen.StatusBar1.setText(1, "");
-    } else {
-        ++session.SilenceCount;
-    }
-    if (session.SilenceCount >= 6) {
-        session.shell.messageBox("No Communication", "No Response From ECU", MessageIcon::Exclamation);
-        return false;
-    }
-    if (session.SilenceCount >= 3) {
-        session.screen.StatusBar1.setText(1, "RECONNECTING...");
-        // The next replies tell whether the wake-up worked.
-        std::string result;
-        const auto& s = session.settings;
-        session.link.InitializeEcu("33", s.BaudRate, s.PortNumber, s.ProtocolNumber, "", true, result);
-    }
-    return true;
-}
-
 } // namespace
 
+const ComboReading& GenericComboReading()
+{
+    static const ComboReading reading{
+        [](const Session& session, const std::string&, const std::string& frame, int kind) {
+            return session.link.FormatLiveValue(frame, kind);
+        },
+        [](const std::string&, const std::string& frame) { return frame; }};
+    return reading;
+}
+
 void StartLiveCombo(Session& session)
+{
+    RunLiveCombo(session, GenericComboReading());
+}
+
+void RunLiveCombo(Session& session, const ComboReading& reading)
 {
     if (!session.link.IsPortOpen())
         return;
@@ -59,7 +52,7 @@ void StartLiveCombo(Session& session)
         bool goOn = false;
         {
             KeepAlivePause pause(session);
-            goOn = PollLiveCombo(session);
+            goOn = PollLiveCombo(session, reading);
         }
         if (!goOn)
             break;
@@ -67,7 +60,7 @@ void StartLiveCombo(Session& session)
     session.Busy = false;
 }
 
-bool PollLiveCombo(Session& session)
+bool PollLiveCombo(Session& session, const ComboReading& reading)
 {
     auto& screen = session.screen;
     bool sent = false;
@@ -82,14 +75,16 @@ bool PollLiveCombo(Session& session)
         sent = true;
         const std::string reply =
             RequestCycle(session, session.HeaderByte1 + session.HeaderByte2 + "F101" + choice.substr(0, 2));
-        if (!CountSilence(session, reply))
+        if (CountLiveSilence(session, reply, [&] { ReconnectForLiveData(session); })) {
+            session.shell.messageBox(kNoCommunication, kNoResponseFromEcu, MessageIcon::Exclamation);
             return false;
+        }
         for (const auto& frame : SplitFrames(reply)) {
             if (!FromEcu(session, frame))
                 continue;
-            log::WriteLogFrame(session, frame);
-            screen.lblPid[slot].setText(session.link.FormatLiveValue(frame, 1));
-            screen.lblPida[slot].setText(session.link.FormatLiveValue(frame, 2));
+            log::WriteLogFrame(session, reading.logText(choice, frame));
+            screen.lblPid[slot].setText(reading.value(session, choice, frame, 1));
+            screen.lblPida[slot].setText(reading.value(session, choice, frame, 2));
         }
         session.shell.processEvents();
     }

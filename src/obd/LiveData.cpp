@@ -6,6 +6,7 @@
 #include "obd/CommandGuard.h"
 #include "obd/Connection.h"
 #include "obd/KeepAlive.h"
+#include "obd/LiveLoop.h"
 #include "obd/O2SensorList.h"
 #include "obd/RequestCycle.h"
 #include "obd/SupportedPids.h"
@@ -19,15 +20,7 @@ namespace kvx::obd {
 
 namespace {
 
-// A pass that sent nothing (every row unticked) waits this long before the next one, so an idle
-// loop sleeps instead of spinning.
-constexpr link::Micros kIdlePassWait = link::ms(20);
 constexpr int kLastListedPid = 0x60;
-
-bool stillPolling(const Session& session)
-{
-    return session.Busy && !session.LinkDown && session.screen.TabStrip1.selectedCaption() == kLiveDataCaption;
-}
 
 std::string pidText(int pid)
 {
@@ -46,38 +39,6 @@ std::vector<int> listedPids(const Session& session)
     return pids;
 }
 
-bool anyTicked(const GridModel& grid)
-{
-    for (int row = 1; row < grid.rows(); ++row)
-        if (grid.text(row, MarkerColumn) != kEmptyMarker)
-            return true;
-    return false;
-}
-
-GridCell marker(const char* text)
-{
-    return GridCell{text, kBlack, kMarkerFont, 0, true};
-}
-
-// Silence counting of one request; true when the sixth silent reply ends live data.
-bool countSilence(Session& session, const std::string& reply)
-{
-    if (!reply.empty()) {
-        session.SilenceCount = 0;
-        session.screen.StatusBar1.setText(1, "");
-    } else {
-        ++session.SilenceCount;
-    }
-    if (session.SilenceCount >= kLiveGiveUpAt)
-        return true;
-    if (session.SilenceCount >= kLiveReconnectFrom) {
-        session.screen.StatusBar1.setText(1, kReconnecting);
-        // The next replies tell whether the unit is back.
-        ReconnectEcu(session);
-    }
-    return false;
-}
-
 // Writes the messages of the unit in use into the row; others are dropped without a word.
 void showReply(Session& session, int row, const std::string& reply)
 {
@@ -91,41 +52,17 @@ void showReply(Session& session, int row, const std::string& reply)
     }
 }
 
-// However the loop ends (a recorder fault included), the session is left idle with the
-// keep-alive timer running while the link is up.
-class BusyScope {
-public:
-    explicit BusyScope(Session& session) : session_(session) { session_.Busy = true; }
-    ~BusyScope()
-    {
-        session_.Busy = false;
-        if (!session_.LinkDown)
-            RestartKeepAlive(session_);
-    }
-    BusyScope(const BusyScope&) = delete;
-    BusyScope& operator=(const BusyScope&) = delete;
-
-private:
-    Session& session_;
-};
-
 } // namespace
+
+GridCell MarkerCell(const char* marker)
+{
+    return GridCell{marker, kBlack, kMarkerFont, 0, true};
+}
 
 void StartLiveData(Session& session)
 {
-    const BusyScope busy(session);
-    RunLinkCommand(session, [&] {
-        while (stillPolling(session)) {
-            session.screen.tmrKeepAlive.setEnabled(false);
-            const bool idle = !anyTicked(session.screen.GridMode1);
-            const bool goOn = PollLiveData(session, session.HeaderByte1, session.HeaderByte2);
-            RestartKeepAlive(session);
-            if (!goOn)
-                break;
-            if (idle)
-                session.link.clock().sleepFor(kIdlePassWait);
-        }
-    });
+    RunLivePasses(session, session.screen.tmrKeepAlive, RestartKeepAlive,
+                  [&] { return PollLiveData(session, session.HeaderByte1, session.HeaderByte2); });
 }
 
 bool PollLiveData(Session& session, const std::string& headerByte1, const std::string& headerByte2)
@@ -144,7 +81,7 @@ bool PollLiveData(Session& session, const std::string& headerByte1, const std::s
             continue;
         }
         const std::string reply = RequestCycle(session, headerByte1 + headerByte2 + "F101" + grid.text(row, PidColumn));
-        if (countSilence(session, reply)) {
+        if (CountLiveSilence(session, reply, [&] { ReconnectForLiveData(session); })) {
             session.Busy = false;
             session.shell.messageBox(kNoCommunication, kNoResponseFromEcu, MessageIcon::Exclamation);
             return false;
@@ -167,11 +104,11 @@ void ToggleLiveDataRow(Session& session, int row)
     if (session.Busy || row < 1 || row >= grid.rows())
         return;
     if (grid.text(row, MarkerColumn) == kTickedMarker) {
-        grid.setCell(row, MarkerColumn, marker(kEmptyMarker));
+        grid.setCell(row, MarkerColumn, MarkerCell(kEmptyMarker));
         grid.setText(row, ValueColumn, "");
         grid.setText(row, AltValueColumn, "");
     } else if (grid.text(row, MarkerColumn) == kEmptyMarker) {
-        grid.setCell(row, MarkerColumn, marker(kTickedMarker));
+        grid.setCell(row, MarkerColumn, MarkerCell(kTickedMarker));
     }
 }
 
@@ -182,7 +119,7 @@ void BuildLiveDataGrid(Session& session)
     for (int pid : listedPids(session)) {
         const int row = grid.addRow();
         const std::string pp = pidText(pid);
-        grid.setCell(row, MarkerColumn, marker(kTickedMarker));
+        grid.setCell(row, MarkerColumn, MarkerCell(kTickedMarker));
         grid.setText(row, PidColumn, pp);
         grid.setText(row, DescriptionColumn, session.link.DescribePid(pp));
     }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "session/GridModel.h"
+
 #include <string>
 
 namespace kvx {
@@ -20,6 +22,9 @@ inline constexpr int kLiveGiveUpAt = 6;
 
 // GridMode1 columns (from 0).
 enum LiveColumn : int { MarkerColumn = 0, PidColumn = 1, DescriptionColumn = 2, ValueColumn = 3, AltValueColumn = 4 };
+
+// A marker cell of column 0: kTickedMarker or kEmptyMarker in the marker font, centred.
+GridCell MarkerCell(const char* marker);
 
 // cmdRequestMode1: polls the ticked rows while "LIVE DATA" is the selected tab, Busy is set and
 // the link is up; the keep-alive timer runs only between passes.

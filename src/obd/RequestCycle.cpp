@@ -7,10 +7,16 @@ namespace kvx::obd {
 
 std::string RequestCycle(Session& session, const std::string& request)
 {
-    session.LastFrame = session.link.EncodeRequest(request);
-    session.LastRaw = session.link.Transact(session.LastFrame);
-    session.LastResponse = session.link.DecodeReply(session.LastRaw);
-    return session.LastResponse;
+    return RequestCycle(session, request, session.LastFrame, session.LastRaw, session.LastResponse);
+}
+
+std::string RequestCycle(Session& session, const std::string& request, std::string& frame, std::string& raw,
+                         std::string& response)
+{
+    frame = session.link.EncodeRequest(request);
+    raw = session.link.Transact(frame);
+    response = session.link.DecodeReply(raw);
+    return response;
 }
 
 } // namespace kvx::obd

@@ -13,6 +13,11 @@ namespace kvx::obd {
 // keep-alive timer and the services see the same last exchange. Returns the decoded reply.
 std::string RequestCycle(Session& session, const std::string& request);
 
+// The same cycle for a module that keeps its last exchange apart: the three results go to frame,
+// raw and response instead.
+std::string RequestCycle(Session& session, const std::string& request, std::string& frame, std::string& raw,
+                         std::string& response);
+
 // The messages of a reply split at ":" (the rest after the last ":" included); none for "".
 std::vector<std::string> SplitMessages(const std::string& reply);
 

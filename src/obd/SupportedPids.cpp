@@ -11,8 +11,6 @@ namespace kvx::obd {
 
 namespace {
 
-constexpr int kClearedEntries = 96;
-
 // Two hex digits at 1-based character `first`, or 0 when the message is too short or not hex.
 int hexAt(const std::string& message, std::size_t first, std::size_t minLength)
 {
@@ -57,9 +55,9 @@ std::string DecodeSupportedPids(Session& session, const std::string& message, co
     return source;
 }
 
-void ClearSupportedPids(Session& session, int service)
+void ClearSupportedPids(Session& session, int service, int lastPid)
 {
-    for (int pid = 0; pid <= kClearedEntries; ++pid)
+    for (int pid = 0; pid <= lastPid && pid < Session::kPidRows; ++pid)
         session.SupportedPids[static_cast<std::size_t>(pid)][static_cast<std::size_t>(service - 1)] = false;
 }
 

@@ -14,8 +14,8 @@ namespace kvx::obd {
 // message too short to carry one, which changes nothing).
 std::string DecodeSupportedPids(Session& session, const std::string& message, const std::string& service);
 
-// Clears entries 0 to 96 of the service's column of SupportedPids.
-void ClearSupportedPids(Session& session, int service);
+// Clears entries 0 to lastPid of the service's column of SupportedPids.
+void ClearSupportedPids(Session& session, int service, int lastPid = 96);
 
 // Asks for the "00" bitmap of service 01, then "20" and "40" when the bitmap before marked them,
 // with "REQUESTING...NN" shown before each when showProgress is set. Returns the reply to "00".

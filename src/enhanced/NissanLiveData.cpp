@@ -1,0 +1,76 @@
+#include "enhanced/NissanLiveData.h"
+
+#include "enhanced/NissanConnection.h"
+#include "enhanced/NissanKeepAlive.h"
+#include "enhanced/SensorRows.h"
+#include "log/LogFile.h"
+#include "obd/KeepAlive.h"
+#include "obd/LiveData.h"
+#include "obd/LiveLoop.h"
+#include "obd/RequestCycle.h"
+#include "session/MainScreen.h"
+#include "session/Session.h"
+#include "session/Shell.h"
+
+namespace kvx::enhanced {
+
+namespace {
+
+constexpr std::size_t kIdentifierLength = 4;
+constexpr const char* kSwitchBlock = "13";
+
+// The display texts of one reply in its row; a switch row shows its own bit of the register.
+void showReply(Session& session, int row, const std::string& identifier, const std::string& reply)
+{
+    GridModel& grid = session.screen.GridMode1;
+    const link::NissanDecoder& decoder = session.nissanDecoder;
+    if (identifier.rfind(kSwitchBlock, 0) == 0) {
+        const std::string& label = grid.text(row, obd::PidColumn);
+        const int bit = label.empty() ? 0 : label.back() - '0';
+        grid.setText(row, obd::ValueColumn, decoder.SensorValue(reply, 1, bit, session.ModuleIndex));
+        return;
+    }
+    grid.setText(row, obd::ValueColumn, decoder.SensorValue(reply, 1, 0, session.ModuleIndex));
+    grid.setText(row, obd::AltValueColumn, decoder.SensorValue(reply, 2, 0, session.ModuleIndex));
+}
+
+} // namespace
+
+void RunNissanLiveData(Session& session)
+{
+    obd::RunLivePasses(session, session.screen.tmrKeepAliveEnhance, RearmEnhancedKeepAlive,
+                       [&] { return PollNissanLiveData(session); });
+}
+
+bool PollNissanLiveData(Session& session)
+{
+    MainScreen& screen = session.screen;
+    GridModel& grid = screen.GridMode1;
+    screen.StatusBar1.setText(3, "");
+    const int rows = grid.rows();
+    for (int row = 1; row < rows && row < grid.rows() && session.Busy && !session.LinkDown; ++row) {
+        if (screen.TabStrip1.selectedCaption() != obd::kLiveDataCaption) {
+            session.Busy = false;
+            break;
+        }
+        HighlightPolledRow(session, row);
+        if (grid.text(row, obd::MarkerColumn) == obd::kEmptyMarker) {
+            session.shell.processEvents();
+            continue;
+        }
+        // A switch row asks for its whole register; the bit is picked out of the reply.
+        const std::string identifier = grid.text(row, obd::PidColumn).substr(0, kIdentifierLength);
+        const std::string reply = obd::RequestCycle(session, "0522" + identifier + "0401");
+        if (obd::CountLiveSilence(session, reply, [&] { ReconnectNissan(session); })) {
+            obd::DropSilentSession(session);
+            return false;
+        }
+        // An empty reply is recorded and shown too: the decoder gives blank texts for it.
+        log::WriteLogFrame(session, reply);
+        showReply(session, row, identifier, reply);
+        session.shell.processEvents();
+    }
+    return true;
+}
+
+} // namespace kvx::enhanced

@@ -1,0 +1,74 @@
+#include "enhanced/ToyotaConnection.h"
+
+#include "data/GridLayouts.h"
+#include "enhanced/SensorRows.h"
+#include "obd/Connection.h"
+#include "obd/FrameText.h"
+#include "session/MainScreen.h"
+#include "session/Session.h"
+#include "session/Shell.h"
+
+namespace kvx::enhanced {
+
+namespace {
+
+// The manufacturer parameters lie above 0xB0; their bitmaps are asked unconditionally.
+constexpr const char* kSupportPids[] = {"B0", "C0", "E0"};
+constexpr int kFirstPid = 0xB1;
+constexpr int kLastPid = 0xFF;
+constexpr int kFirstByte = 1;
+// a is written with two digits; it never goes past one.
+constexpr int kLastByte = 8;
+constexpr int kLastSubValue = 8;
+
+bool discoverToyota(Session& session)
+{
+    for (const char* pid : kSupportPids) {
+        session.screen.StatusBar1.setText(1, std::string("REQUESTING...") + pid);
+        obd::SendRequest(session, session.HeaderByte1, session.HeaderByte2, "01", pid, "01");
+    }
+    return true;
+}
+
+void fillToyotaScreen(Session& session)
+{
+    data::LayoutLiveDataGrid(session.screen);
+    AddToyotaSensors(session);
+}
+
+} // namespace
+
+bool ConnectToyota(Session& session)
+{
+    return obd::Negotiate(session, obd::Negotiation{255, discoverToyota, fillToyotaScreen});
+}
+
+void AddToyotaSensors(Session& session)
+{
+    auto& lists = session.screen.cmbPid;
+    for (ListModel& list : lists) {
+        list.clear();
+        list.addItem("OFF");
+    }
+    int count = 0;
+    for (int pid = kFirstPid; pid <= kLastPid; ++pid) {
+        if (!session.SupportedPids[static_cast<std::size_t>(pid)][0])
+            continue;
+        const std::string pp = obd::HexByte(pid);
+        for (int a = kFirstByte; a <= kLastByte; ++a) {
+            for (int b = 0; b <= kLastSubValue; ++b) {
+                const std::string name = session.toyotaDecoder.SensorName(pp, a, b);
+                if (name.empty())
+                    continue;
+                const std::string label = pp + "0" + std::to_string(a) + " " + std::to_string(b);
+                AddSensorRow(session, count, label, name);
+                for (ListModel& list : lists)
+                    list.addItem(label + " - " + name);
+            }
+        }
+    }
+    for (ListModel& list : lists)
+        list.setCurrentIndex(0);
+}
+
+} // namespace kvx::enhanced

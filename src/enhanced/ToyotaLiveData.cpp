@@ -1,0 +1,114 @@
+#include "enhanced/ToyotaLiveData.h"
+
+#include "enhanced/SensorRows.h"
+#include "log/LogFile.h"
+#include "obd/FrameText.h"
+#include "obd/KeepAlive.h"
+#include "obd/LiveCombo.h"
+#include "obd/LiveData.h"
+#include "obd/LiveLoop.h"
+#include "obd/RequestCycle.h"
+#include "session/MainScreen.h"
+#include "session/Session.h"
+#include "session/Shell.h"
+
+#include <set>
+
+namespace kvx::enhanced {
+
+namespace {
+
+// A row's label "PPaa b": the parameter, the data byte a sub-value starts at, and b.
+constexpr std::size_t kLabelLength = 6;
+
+struct SubValue {
+    int a = 0;
+    int b = 0;
+};
+
+SubValue subValueOf(const std::string& label)
+{
+    if (label.size() < kLabelLength)
+        return {};
+    return {std::stoi(label.substr(2, 2)), label.back() - '0'};
+}
+
+std::string valueText(const Session& session, const std::string& label, const std::string& message, int kind)
+{
+    const SubValue v = subValueOf(label);
+    return session.toyotaDecoder.SensorValue(v.a, v.b, message, kind);
+}
+
+// One reply serves every row of its parameter, whichever row asked.
+void showReply(Session& session, const std::string& polledLabel, const std::string& reply)
+{
+    GridModel& grid = session.screen.GridMode1;
+    const std::string pid = polledLabel.substr(0, 2);
+    for (const std::string& message : obd::SplitFrames(reply)) {
+        if (!obd::FromEcu(session, message))
+            continue;
+        log::WriteLogFrame(session, message + " " + polledLabel);
+        for (int row = 1; row < grid.rows(); ++row) {
+            const std::string& label = grid.text(row, obd::PidColumn);
+            if (label.rfind(pid, 0) != 0)
+                continue;
+            grid.setText(row, obd::ValueColumn, valueText(session, label, message, 1));
+            grid.setText(row, obd::AltValueColumn, valueText(session, label, message, 2));
+        }
+    }
+}
+
+const obd::ComboReading& toyotaComboReading()
+{
+    static const obd::ComboReading reading{
+        [](const Session& session, const std::string& choice, const std::string& frame, int kind) {
+            return valueText(session, choice.substr(0, kLabelLength), frame, kind);
+        },
+        [](const std::string& choice, const std::string& frame) { return frame + " " + choice.substr(0, kLabelLength); }};
+    return reading;
+}
+
+} // namespace
+
+void RunToyotaLiveData(Session& session)
+{
+    obd::RunLivePasses(session, session.screen.tmrKeepAlive, obd::RestartKeepAlive,
+                       [&] { return PollToyotaLiveData(session, session.HeaderByte1, session.HeaderByte2); });
+}
+
+bool PollToyotaLiveData(Session& session, const std::string& headerByte1, const std::string& headerByte2)
+{
+    MainScreen& screen = session.screen;
+    GridModel& grid = screen.GridMode1;
+    std::set<std::string> asked;
+    const int rows = grid.rows();
+    for (int row = 1; row < rows && row < grid.rows() && session.Busy && !session.LinkDown; ++row) {
+        if (screen.TabStrip1.selectedCaption() != obd::kLiveDataCaption) {
+            session.Busy = false;
+            break;
+        }
+        HighlightPolledRow(session, row);
+        const std::string label = grid.text(row, obd::PidColumn);
+        if (grid.text(row, obd::MarkerColumn) == obd::kEmptyMarker || !asked.insert(label.substr(0, 2)).second) {
+            session.shell.processEvents();
+            continue;
+        }
+        const std::string reply =
+            obd::RequestCycle(session, headerByte1 + headerByte2 + "F101" + label.substr(0, 2), session.ToyotaLastFrame,
+                              session.ToyotaLastRaw, session.ToyotaLastResponse);
+        if (obd::CountLiveSilence(session, reply, [&] { obd::ReconnectForLiveData(session); })) {
+            obd::DropSilentSession(session);
+            return false;
+        }
+        showReply(session, label, reply);
+        session.shell.processEvents();
+    }
+    return true;
+}
+
+void RunToyotaLiveCombo(Session& session)
+{
+    obd::RunLiveCombo(session, toyotaComboReading());
+}
+
+} // namespace kvx::enhanced
