@@ -231,6 +231,7 @@ Bytes bodyOf(LineKind kind, const Bytes& frame)
     const Bytes p = payloadOf(kind, frame);
     Bytes out{static_cast<std::uint8_t>(p.size())};
     out.insert(out.end(), p.begin(), p.end());
+    appendChecksum(out);
     return out;
 }
 

@@ -16,6 +16,7 @@ struct Request {
     bool functional = true;    // to the OBD functional address rather than to one unit
     std::uint8_t target = 0x33;
     std::uint8_t source = 0xF1;
+    bool addressed = true;     // the header carried target and source (false: the one-byte form)
     link::Bytes payload;       // service identifier and its parameters
     link::Micros time = 0;     // when the last byte of the request ended
 };
@@ -31,6 +32,9 @@ public:
     virtual int replyRank() const { return 0; }
     // The ISO 14230 key bytes it wakes up with; KB1 tells the tester which header forms it takes.
     virtual std::uint8_t kwpKb1() const { return 0xEF; }
+    // KB1 for a StartCommunication addressed to this unit alone; such a session may use another
+    // header form than the functional one.
+    virtual std::uint8_t kwpKb1Physical() const { return kwpKb1(); }
     virtual std::uint8_t kwpKb2() const { return 0x8F; }
 };
 

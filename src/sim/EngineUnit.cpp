@@ -1,5 +1,7 @@
 #include "sim/EngineUnit.h"
 
+#include "sim/ToyotaPids.h"
+
 #include <algorithm>
 #include <cstring>
 
@@ -102,6 +104,7 @@ std::vector<link::Bytes> EngineUnit::answer(const Request& r)
     case 0x06: return service06(r);
     case 0x07: return codes(0x47, pending_);
     case 0x09: return service09(r);
+    case 0x22: return readNissanData(nissanEngineItems(), r, contextAt(r.time).state);
     case 0x3E: return {{0x7E}};
     // The engine unit speaks for the car when nobody knows a service.
     default: return {negative(r.payload.front(), kServiceNotSupported)};
@@ -112,10 +115,13 @@ std::vector<link::Bytes> EngineUnit::service01(const Request& r)
 {
     if (r.payload.size() < 2)
         return {negative(0x01, kSubFunctionNotSupported)};
-    const auto data = encodePid(enginePids(), r.payload[1], contextAt(r.time));
+    const std::uint8_t pid = r.payload[1];
+    // The maker's own parameters start at B0, clear of the ranges the J1979 bitmaps describe.
+    const PidContext ctx = contextAt(r.time);
+    const auto data = pid >= 0xB0 ? encodeToyotaPid(pid, ctx) : encodePid(enginePids(), pid, ctx);
     if (!data)
         return lacking(r, kSubFunctionNotSupported);
-    link::Bytes reply{0x41, r.payload[1]};
+    link::Bytes reply{0x41, pid};
     reply.insert(reply.end(), data->begin(), data->end());
     return {reply};
 }

@@ -2,6 +2,7 @@
 
 #include "link/Clock.h"
 #include "sim/EcuModel.h"
+#include "sim/NissanData.h"
 #include "sim/PidTable.h"
 
 #include <cstdint>
@@ -15,7 +16,8 @@ namespace kvx::sim {
 using TroubleCode = std::uint16_t;
 
 // The engine control unit (0x10): a petrol engine with a misfire history, a tired catalyst and a
-// lean long-term trim, answering the J1979 services 01 to 09.
+// lean long-term trim, answering the J1979 services 01 to 09, the Toyota parameters above B0 of
+// service 01 and the Nissan items of service 0x22.
 class EngineUnit : public EcuModel {
 public:
     EngineUnit(link::Clock& clock, std::uint64_t seed);
@@ -23,6 +25,7 @@ public:
     std::uint8_t address() const override { return 0x10; }
     std::vector<link::Bytes> answer(const Request& request) override;
     int replyRank() const override { return 1; }
+    std::uint8_t kwpKb1Physical() const override { return kNissanKb1; }
 
     static constexpr const char* kVin = "KVX1E6TS4R0000913";
 

@@ -54,7 +54,8 @@ std::optional<Request> parseRequest(Protocol protocol, const link::Bytes& frame)
     }
     const std::uint8_t format = frame[0];
     std::size_t at = kwpHeaderSize(format);
-    if (at == 3) {
+    r.addressed = at == 3;
+    if (r.addressed) {
         r.target = frame[1];
         r.source = frame[2];
         r.functional = (format & 0xC0) == 0xC0;
@@ -67,19 +68,31 @@ std::optional<Request> parseRequest(Protocol protocol, const link::Bytes& frame)
     return r;
 }
 
-link::Bytes replyFrame(Protocol protocol, std::uint8_t unit, std::uint8_t tester, const link::Bytes& payload)
+link::Bytes replyFrame(Protocol protocol, std::uint8_t unit, std::uint8_t tester, const link::Bytes& payload,
+                       bool addresses)
 {
     link::Bytes f;
     if (protocol == Protocol::Iso9141) {
         f = {0x48, 0x6B, unit};
-    } else if (payload.size() <= 0x3F) {
-        f = {static_cast<std::uint8_t>(0x80 | payload.size()), tester, unit};
     } else {
-        f = {0x80, tester, unit, static_cast<std::uint8_t>(payload.size())};
+        const bool inFormat = payload.size() <= 0x3F;
+        f = {static_cast<std::uint8_t>((addresses ? 0x80 : 0x00) | (inFormat ? payload.size() : 0))};
+        if (addresses) {
+            f.push_back(tester);
+            f.push_back(unit);
+        }
+        if (!inFormat)
+            f.push_back(static_cast<std::uint8_t>(payload.size()));
     }
     f.insert(f.end(), payload.begin(), payload.end());
     f.push_back(link::checksum(f));
     return f;
+}
+
+bool kb1WantsAddresses(std::uint8_t kb1)
+{
+    // HB1 set, or HB0 clear (a unit naming no form takes the full one): 0x08 and 0x04.
+    return (kb1 & 0x08) || !(kb1 & 0x04);
 }
 
 } // namespace kvx::sim

@@ -16,7 +16,12 @@ std::optional<std::size_t> expectedFrameSize(Protocol protocol, const link::Byte
 std::optional<Request> parseRequest(Protocol protocol, const link::Bytes& frame);
 
 // A unit's reply frame: ISO 9141 "48 6B <unit>", ISO 14230 with addresses and the length in the
-// format byte (a separate length byte beyond 63 bytes); checksum appended.
-link::Bytes replyFrame(Protocol protocol, std::uint8_t unit, std::uint8_t tester, const link::Bytes& payload);
+// format byte (a separate length byte beyond 63 bytes); checksum appended. Without addresses the
+// ISO 14230 header is the format byte alone.
+link::Bytes replyFrame(Protocol protocol, std::uint8_t unit, std::uint8_t tester, const link::Bytes& payload,
+                       bool addresses = true);
+
+// Whether an ISO 14230 KB1 asks the tester for headers with target and source addresses.
+bool kb1WantsAddresses(std::uint8_t kb1);
 
 } // namespace kvx::sim

@@ -1,5 +1,7 @@
 #include "sim/PidTable.h"
 
+#include "sim/ValueBytes.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -7,15 +9,6 @@ namespace kvx::sim {
 
 namespace {
 
-std::uint8_t u8(double v) { return static_cast<std::uint8_t>(std::clamp(std::lround(v), 0L, 255L)); }
-link::Bytes one(double v) { return {u8(v)}; }
-link::Bytes two(double v)
-{
-    const long n = std::clamp(std::lround(v), 0L, 65535L);
-    return {static_cast<std::uint8_t>(n >> 8), static_cast<std::uint8_t>(n & 0xFF)};
-}
-double pct(double p) { return p * 255.0 / 100.0; }
-double trim(double p) { return p * 128.0 / 100.0 + 128.0; }
 double temp(double c) { return c + 40.0; }
 
 link::Bytes monitorStatus(const PidContext& c)

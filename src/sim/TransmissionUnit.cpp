@@ -23,12 +23,12 @@ TransmissionUnit::TransmissionUnit(link::Clock& clock, std::uint64_t seed)
 std::vector<link::Bytes> TransmissionUnit::answer(const Request& r)
 {
     const std::uint8_t service = r.payload.front();
+    PidContext ctx;
+    ctx.state = engineStateAt(static_cast<double>(r.time - start_) / 1e6, seed_);
     switch (service) {
     case 0x01: {
         if (r.payload.size() < 2)
             return {negative(service, kSubFunctionNotSupported)};
-        PidContext ctx;
-        ctx.state = engineStateAt(static_cast<double>(r.time - start_) / 1e6, seed_);
         const auto data = encodePid(kGearbox, r.payload[1], ctx);
         if (!data)
             return lacking(r, kSubFunctionNotSupported);
@@ -39,6 +39,7 @@ std::vector<link::Bytes> TransmissionUnit::answer(const Request& r)
     case 0x03: return {{0x43, 0, 0, 0, 0, 0, 0}};
     case 0x07: return {{0x47, 0, 0, 0, 0, 0, 0}};
     case 0x04: return {{0x44}};
+    case 0x22: return readNissanData(nissanGearboxItems(), r, ctx.state);
     case 0x3E: return {{0x7E}};
     default:
         return lacking(r, kServiceNotSupported);

@@ -2,10 +2,12 @@
 
 #include "link/Clock.h"
 #include "sim/EcuModel.h"
+#include "sim/NissanData.h"
 
 namespace kvx::sim {
 
-// The automatic gearbox's unit (0x18): a handful of service 01 parameters, no codes of its own.
+// The automatic gearbox's unit (0x18): a handful of service 01 parameters, no codes of its own,
+// and the Nissan items of service 0x22.
 // It is quicker than the engine unit, so its reply comes first.
 class TransmissionUnit : public EcuModel {
 public:
@@ -14,6 +16,7 @@ public:
     std::uint8_t address() const override { return 0x18; }
     std::vector<link::Bytes> answer(const Request& request) override;
     int replyRank() const override { return 0; }
+    std::uint8_t kwpKb1Physical() const override { return kNissanKb1; }
 
 private:
     std::uint64_t seed_;

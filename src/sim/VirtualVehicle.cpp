@@ -231,7 +231,8 @@ void VirtualVehicle::finishAddress()
         obs.note = "no unit answers that address";
     obs.accepted = obs.note.empty();
     record_.inits.push_back(obs);
-    if (!obs.accepted || wakeFault_ == Fault::Silence)
+    const bool allSilent = std::all_of(units_.begin(), units_.end(), [this](const auto& u) { return silent(*u); });
+    if (!obs.accepted || wakeFault_ == Fault::Silence || allSilent)
         return;
 
     // The unit that answers last on the bus (the engine unit) holds the handshake.
@@ -260,19 +261,36 @@ void VirtualVehicle::startCommunication(const Request& request, link::Micros end
     link::Micros at = end + config_.timing.p2;
     const bool wrong = wakeFault_ == Fault::WrongKeyBytes;
     std::optional<link::Micros> last;
+    std::optional<std::uint8_t> shortHeaderUnit;
     for (EcuModel* unit : unitsByRank()) {
-        if (!request.functional && request.target != unit->address())
+        if ((!request.functional && request.target != unit->address()) || silent(*unit))
             continue;
-        const link::Bytes positive{0xC1, wrong ? std::uint8_t{0x12} : unit->kwpKb1(),
-                                   wrong ? std::uint8_t{0x34} : unit->kwpKb2()};
+        const std::uint8_t kb1 = request.functional ? unit->kwpKb1() : unit->kwpKb1Physical();
+        const link::Bytes positive{0xC1, wrong ? std::uint8_t{0x12} : kb1, wrong ? std::uint8_t{0x34} : unit->kwpKb2()};
         last = sendFrame(replyFrame(Protocol::Kwp2000, unit->address(), request.source, positive), at);
         at = *last + config_.timing.p2;
+        if (!request.functional && !wrong && !kb1WantsAddresses(kb1))
+            shortHeaderUnit = unit->address();
     }
-    if (last)
-        openSession(Protocol::Kwp2000, *last);
+    if (!last)
+        return;
+    openSession(Protocol::Kwp2000, *last);
+    session_->shortHeaderUnit = shortHeaderUnit;
+    session_->shortHeaderTester = request.source;
 }
 
-void VirtualVehicle::openSession(Protocol protocol, link::Micros at) { session_ = Session{protocol, at}; }
+void VirtualVehicle::openSession(Protocol protocol, link::Micros at) { session_ = Session{protocol, at, {}, 0}; }
+
+void VirtualVehicle::setSilent(std::uint8_t unit, bool silent)
+{
+    settle(clock_.now());
+    if (silent)
+        silent_.insert(unit);
+    else
+        silent_.erase(unit);
+}
+
+bool VirtualVehicle::silent(const EcuModel& unit) const { return silent_.count(unit.address()) > 0; }
 
 void VirtualVehicle::dropSessionIfSilent(link::Micros t)
 {
@@ -388,6 +406,11 @@ void VirtualVehicle::completeFrame()
     }
     if (!session_)
         return;
+    if (!request->addressed && session_->shortHeaderUnit) {
+        request->functional = false;
+        request->target = *session_->shortHeaderUnit;
+        request->source = session_->shortHeaderTester;
+    }
     handleRequest(*request, end);
 }
 
@@ -426,7 +449,7 @@ void VirtualVehicle::handleRequest(const Request& request, link::Micros end)
     };
     std::vector<Answer> answers;
     for (EcuModel* unit : unitsByRank()) {
-        if (!request.functional && request.target != unit->address())
+        if ((!request.functional && request.target != unit->address()) || silent(*unit))
             continue;
         auto payloads = unit->answer(request);
         if (!payloads.empty())
@@ -450,11 +473,14 @@ void VirtualVehicle::handleRequest(const Request& request, link::Micros end)
             a.payloads = {negative(service, 0x22)};
         if (struck && fault == Fault::ResponsePending) {
             const link::Micros last =
-                sendFrame(replyFrame(request.protocol, a.unit->address(), request.source, negative(service, 0x78)), at);
+                sendFrame(replyFrame(request.protocol, a.unit->address(), request.source, negative(service, 0x78),
+                                     request.addressed),
+                          at);
             at = last + tm.pending;
         }
         for (std::size_t k = 0; k < a.payloads.size(); ++k) {
-            link::Bytes frame = replyFrame(request.protocol, a.unit->address(), request.source, a.payloads[k]);
+            link::Bytes frame =
+                replyFrame(request.protocol, a.unit->address(), request.source, a.payloads[k], request.addressed);
             if (struck && fault == Fault::BadChecksum && k + 1 == a.payloads.size())
                 frame.back() = static_cast<std::uint8_t>(frame.back() + 1);
             at = sendFrame(frame, at) + gap;

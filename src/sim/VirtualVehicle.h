@@ -12,6 +12,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <set>
 #include <vector>
 
 namespace kvx::sim {
@@ -75,10 +76,19 @@ public:
     link::Micros byteTime() const;
     bool sessionOpen() const { return session_.has_value(); }
 
+    // A silent unit answers nothing (wake-ups, StartCommunication, requests) until it is given its
+    // voice back; the other units go on as before. For testing reconnection and the end of a
+    // session on one unit. Open sessions stay open: the tester only hears nothing.
+    void setSilent(std::uint8_t unit, bool silent);
+
 private:
     struct Session {
         Protocol protocol;
         link::Micros lastActivity;
+        // Set when a StartCommunication to one unit chose headers without addresses: such
+        // requests are that unit's, from this tester.
+        std::optional<std::uint8_t> shortHeaderUnit;
+        std::uint8_t shortHeaderTester = 0;
     };
     struct Pending {
         link::Micros time; // end of the byte
@@ -101,6 +111,7 @@ private:
     void dropSessionIfSilent(link::Micros t);
     std::optional<Protocol> listeningProtocol() const;
     std::vector<EcuModel*> unitsByRank() const;
+    bool silent(const EcuModel& unit) const;
     void refuseWake(const std::string& why);
     InitObservation observe(InitObservation::Kind kind) const;
 
@@ -128,6 +139,7 @@ private:
     int wakeUps_ = 0;
     Fault requestFault_ = Fault::None;
     std::uint64_t noise_;
+    std::set<std::uint8_t> silent_;
 };
 
 } // namespace kvx::sim

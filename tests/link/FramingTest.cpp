@@ -79,7 +79,9 @@ TEST(Cutting, KwpFramesByFormatAndLengthByte)
     ASSERT_EQ(cut.frames.size(), 3u);
     EXPECT_EQ(toHex(cut.frames[1]), "80F1100641008008001060");
     EXPECT_EQ(toHex(withLengthInFormat(cut.frames[1])), "86F11041008008001060");
-    EXPECT_EQ(toHex(bodyOf(LineKind::Kwp, cut.frames[1])), "06410080080010");
+    EXPECT_EQ(toHex(bodyOf(LineKind::Kwp, cut.frames[1])), "06410080080010DF");
+    EXPECT_EQ(toHex(bodyOf(LineKind::Kwp, hex("87FC106211008000000187"))), "0762110080000001FB")
+        << "a reply with addresses reads as one without";
     EXPECT_EQ(toHex(cut.frames[2]), "02410043") << "one-byte header form";
     EXPECT_TRUE(cut.dropped.empty());
 }

@@ -225,16 +225,23 @@ TEST(Exchange, SilenceIsAnEmptyReplyAndTheReconnectFlagWakesTheUnitAgain)
     EXPECT_FALSE(bench.ask("686AF10100").empty());
 }
 
-TEST(Session, BodiesAreFramedFromTheStartFrameAndRepliesStartAtTheLengthByte)
+TEST(Session, BodiesAreFramedInTheHeaderFormTheStartFrameOpened)
 {
     test::SimBench bench;
     const std::string start = "8110FC81" + bench.link.ComputeChecksum("8110FC81");
     EXPECT_EQ(start, "8110FC810E");
     ASSERT_TRUE(bench.wake(3, start));
-    EXPECT_EQ(bench.link.EncodeRequest("020100"), "8210FC0100" + bench.link.ComputeChecksum("8210FC0100"));
-    const std::string reply = bench.ask("020100");
-    EXPECT_EQ(reply.substr(0, 4), "0641");
-    EXPECT_EQ(reply.size(), 14u) << "header and checksum stripped";
+    EXPECT_EQ(bench.result.substr(8, 4), "E58F") << "KB1: no address bytes, length in the format byte";
+    EXPECT_EQ(bench.link.EncodeRequest("052211000401"), "0522110004013D");
+    const std::string reply = bench.ask("052211000401");
+    ASSERT_EQ(reply.size(), 18u) << "length, 62, identifier, four bitmap bytes, checksum";
+    EXPECT_EQ(reply.substr(0, 8), "07621100");
+    EXPECT_EQ(reply.substr(16), bench.link.ComputeChecksum(reply.substr(0, 16)));
+
+    // The functional start still opens a session with full headers on the same unit.
+    ASSERT_TRUE(bench.wake(3));
+    EXPECT_EQ(bench.link.EncodeRequest("C233F10100"), "C233F10100" + bench.link.ComputeChecksum("C233F10100"));
+    EXPECT_EQ(split(bench.ask("C233F10100")).size(), 2u);
 }
 
 TEST(Session, PortStateSettingsAndStopwatch)

@@ -135,6 +135,7 @@ const UnitText kUnits[] = {
     /* Ratio */ {"", "", 1, 0, 0},
     /* MilliAmps */ {"mA", "mA", 1, 0, 0},
     /* LitresPerHour */ {"L/h", "gal/h", 0.264172, 0, 0},
+    /* Milliseconds */ {"ms", "ms", 1, 0, 0},
 };
 
 } // namespace

@@ -34,7 +34,7 @@ int bytesRead(Form form);
 
 enum class Unit : std::uint8_t {
     None, Percent, Celsius, Kpa, KpaManifold, Rpm, Kmh, Km, Degrees, GramsPerSecond, Volts,
-    Seconds, Minutes, Pascal, Ratio, MilliAmps, LitresPerHour
+    Seconds, Minutes, Pascal, Ratio, MilliAmps, LitresPerHour, Milliseconds
 };
 
 struct UnitText {
