@@ -1,0 +1,77 @@
+#include "enhanced/NissanConnection.h"
+#include "obd/LiveData.h"
+#include "support/VehicleSession.h"
+
+#include <gtest/gtest.h>
+
+namespace kvx::enhanced {
+namespace {
+
+constexpr std::size_t kBlock11 = 17; // the block byte 0x11 read as a decimal column
+constexpr std::size_t kBlock13 = 19;
+
+bool marked(const Session& s, std::size_t row, std::size_t block)
+{
+    return s.SupportedPids[row][block];
+}
+
+TEST(NissanStartFrame, AddressesEachUnitAndEndsWithItsChecksum)
+{
+    test::VehicleSession v;
+    v.session.ModuleIndex = ModuleNissanEcu;
+    EXPECT_EQ(NissanStartFrame(v.session), "8110FC810E");
+    v.session.ModuleIndex = ModuleNissanTcu;
+    EXPECT_EQ(NissanStartFrame(v.session), "8118FC8116");
+}
+
+TEST(NissanSupport, OnlyTheBitmapBytesPresentAreRead)
+{
+    test::VehicleSession v;
+    // Length, 62, block 11, start 00, then only d1 = 80 and d2 = 41.
+    MarkSupportedNissanSensors(v.session, "066211008041");
+    std::vector<std::size_t> rows;
+    for (std::size_t row = 0; row < Session::kPidRows; ++row)
+        if (marked(v.session, row, kBlock11))
+            rows.push_back(row);
+    EXPECT_EQ(rows, (std::vector<std::size_t>{1, 10, 16}));
+
+    // A whole bitmap from start byte 20 of block 13: d4's last bit is item 0x40.
+    MarkSupportedNissanSensors(v.session, "0862132000000001");
+    EXPECT_TRUE(marked(v.session, 0x40, kBlock13));
+    EXPECT_FALSE(marked(v.session, 0x3F, kBlock13));
+}
+
+TEST(NissanSupport, DamagedRepliesMarkNothing)
+{
+    test::VehicleSession v;
+    for (const char* reply : {"", "06", "06621", "037F2212", "06621100ZZ"})
+        MarkSupportedNissanSensors(v.session, reply);
+    for (const auto& row : v.session.SupportedPids)
+        for (bool bit : row)
+            EXPECT_FALSE(bit);
+}
+
+TEST(NissanSensors, RangeMarkersAreSkippedAndEveryOtherItemOfBlocks11To12Listed)
+{
+    test::VehicleSession v;
+    v.session.ModuleIndex = ModuleNissanEcu;
+    for (std::size_t row : {1u, 32u, 64u, 96u})
+        v.session.SupportedPids[row][kBlock11] = true;
+    v.session.SupportedPids[3][18] = true;
+    // An item outside the listed rows and blocks is ignored.
+    v.session.SupportedPids[97][kBlock11] = true;
+    v.session.SupportedPids[5][21] = true;
+
+    AddNissanSensors(v.session);
+    const GridModel& grid = v.screen.GridMode1;
+    ASSERT_EQ(grid.rows(), 4);
+    EXPECT_EQ(grid.text(1, obd::PidColumn), "1101");
+    EXPECT_EQ(grid.text(2, obd::PidColumn), "1160");
+    EXPECT_EQ(grid.text(3, obd::PidColumn), "1203");
+    EXPECT_EQ(grid.text(3, obd::MarkerColumn), obd::kTickedMarker);
+    EXPECT_EQ(grid.cell(3, obd::MarkerColumn).fontName, obd::kMarkerFont);
+    EXPECT_EQ(v.screen.StatusBar1.text(1), "ADDING SENSORS 3");
+}
+
+} // namespace
+} // namespace kvx::enhanced
