@@ -1,0 +1,159 @@
+#include "enhanced/Modules.h"
+#include "enhanced/ToyotaConnection.h"
+#include "enhanced/ToyotaLiveData.h"
+#include "log/LogFile.h"
+#include "obd/Connection.h"
+#include "obd/LiveCombo.h"
+#include "obd/LiveData.h"
+#include "support/CoreVehicle.h"
+
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+namespace kvx::enhanced {
+namespace {
+
+sim::VehicleConfig silentWakeUps(std::initializer_list<int> numbers)
+{
+    sim::VehicleConfig config;
+    for (int n : numbers)
+        config.faults.wakeUps[n] = sim::Fault::Silence;
+    return config;
+}
+
+int testerBytes(const test::CoreVehicle& car)
+{
+    return static_cast<int>(car.vehicle.record().bytes(sim::Origin::Tester).size());
+}
+
+// A grid of hand-made rows, each ticked.
+void setRows(test::CoreVehicle& car, std::initializer_list<const char*> labels)
+{
+    GridModel& grid = car.screen.GridMode1;
+    grid.setRows(1);
+    for (const char* label : labels) {
+        const int row = grid.addRow();
+        grid.setCell(row, obd::MarkerColumn, obd::MarkerCell(obd::kTickedMarker));
+        grid.setText(row, obd::PidColumn, label);
+    }
+}
+
+TEST(ToyotaConnect, TryAllTriesOneTwoThreeThenInitFailedLeavingFour)
+{
+    test::CoreVehicle car(silentWakeUps({0, 1, 2}), link::TryAll);
+    EXPECT_FALSE(ConnectModule(car.session, ModuleToyota));
+    EXPECT_EQ(car.statusTexts, (std::vector<std::string>{"TRYING PROTOCOL 1...", "TRYING PROTOCOL 2...",
+                                                         "TRYING PROTOCOL 3...", "INIT FAILED"}));
+    EXPECT_EQ(car.session.settings.ProtocolNumber, link::TryAll);
+    EXPECT_TRUE(car.session.LinkDown);
+    EXPECT_FALSE(car.screen.tmrKeepAlive.enabled());
+    EXPECT_TRUE(car.shell.boxes.empty());
+}
+
+TEST(ToyotaConnect, AsksTheThreeManufacturerBitmapsAndMarksWhatTheyHold)
+{
+    test::CoreVehicle car;
+    car.session.SupportedPids[0xF0][0] = true; // left from an earlier session
+    ASSERT_TRUE(ConnectModule(car.session, ModuleToyota));
+    EXPECT_EQ(car.session.HeaderByte1, "68");
+    EXPECT_EQ(car.session.HeaderByte2, "6A");
+    for (const char* pid : {"B0", "C0", "E0"})
+        EXPECT_EQ(car.countStatus(std::string("REQUESTING...") + pid), 1) << pid;
+    EXPECT_EQ(car.countStatus("REQUESTING...00"), 0);
+    EXPECT_TRUE(car.session.SupportedPids[0xB1][0]);
+    EXPECT_TRUE(car.session.SupportedPids[0xE2][0]);
+    EXPECT_FALSE(car.session.SupportedPids[0xB4][0]);
+    EXPECT_FALSE(car.session.SupportedPids[0xF0][0]);
+    EXPECT_TRUE(car.screen.tmrKeepAlive.enabled());
+    EXPECT_FALSE(car.screen.tmrKeepAliveEnhance.enabled());
+    EXPECT_TRUE(car.screen.control("chkLog").enabled());
+    EXPECT_EQ(car.screen.StatusBar1.text(1), "");
+    for (const ListModel& list : car.screen.cmbPid) {
+        ASSERT_FALSE(list.items().empty());
+        EXPECT_EQ(list.items().front(), "OFF");
+        EXPECT_EQ(list.text(), "OFF");
+    }
+}
+
+TEST(ToyotaConnect, KwpSessionAsksWithTheFunctionalHeader)
+{
+    test::CoreVehicle car({}, link::Kwp2000Fast);
+    ASSERT_TRUE(ConnectModule(car.session, ModuleToyota));
+    EXPECT_EQ(car.session.HeaderByte1, "C0");
+    EXPECT_EQ(car.session.HeaderByte2, "33");
+    // The generic first check, then the three bitmaps.
+    EXPECT_EQ(car.session.LastFrame.substr(0, 10), "C233F101E0");
+    EXPECT_TRUE(car.session.SupportedPids[0xC2][0]);
+}
+
+TEST(ToyotaLiveData, OneRequestServesEveryRowOfItsParameterAndIsRecordedWithTheRowLabel)
+{
+    test::CoreVehicle car;
+    ASSERT_TRUE(ConnectModule(car.session, ModuleToyota));
+    setRows(car, {"B101 0", "B103 0", "C101 0"});
+    car.screen.GridMode1.setText(3, obd::MarkerColumn, obd::kEmptyMarker);
+    QTemporaryDir dir;
+    car.session.LogFileHandle =
+        std::make_shared<log::LogFile>(dir.filePath("t.log").toStdString(), log::LogFile::Mode::Create);
+    car.session.Logging = true;
+    const long first = car.session.LogRecordNumber;
+
+    const std::string lastGeneric = car.session.LastFrame;
+    const int before = testerBytes(car);
+    car.session.Busy = true;
+    EXPECT_TRUE(PollToyotaLiveData(car.session, car.session.HeaderByte1, car.session.HeaderByte2));
+
+    // One request "68 6A F1 01 B1" and its checksum; the unticked C1 row is not asked.
+    EXPECT_EQ(testerBytes(car) - before, 6);
+    EXPECT_NE(car.session.ToyotaLastFrame.find("686AF101B1"), std::string::npos);
+    const std::string& reply = car.session.ToyotaLastResponse;
+    ASSERT_EQ(reply.substr(0, 10), "486B1041B1");
+    const GridModel& grid = car.screen.GridMode1;
+    for (int row : {1, 2}) {
+        const int a = row == 1 ? 1 : 3;
+        EXPECT_EQ(grid.text(row, obd::ValueColumn), car.session.toyotaDecoder.SensorValue(a, 0, reply, 1));
+        EXPECT_EQ(grid.text(row, obd::AltValueColumn), car.session.toyotaDecoder.SensorValue(a, 0, reply, 2));
+    }
+    ASSERT_EQ(car.session.LogRecordNumber - first, 1);
+    EXPECT_EQ(car.session.LogFileHandle->readRecord(first).value(), reply + " B101 0");
+    EXPECT_EQ(car.session.LastFrame, lastGeneric);
+}
+
+TEST(ToyotaLiveData, SixMissesEndTheSession)
+{
+    test::CoreVehicle car;
+    ASSERT_TRUE(ConnectModule(car.session, ModuleToyota));
+    setRows(car, {"B101 0"});
+    car.vehicle.setSilent(0x10, true);
+    car.vehicle.setSilent(0x18, true);
+    RunToyotaLiveData(car.session);
+    EXPECT_EQ(car.countStatus("RECONNECTING..."), 3);
+    ASSERT_EQ(car.shell.boxes.size(), 1u);
+    EXPECT_EQ(car.shell.boxes[0].text, "No Response From ECU");
+    EXPECT_TRUE(car.session.LinkDown);
+    EXPECT_FALSE(car.screen.tmrKeepAlive.enabled());
+}
+
+TEST(ToyotaLiveCombo, SlotsAskTheirParameterAndShowTheirSubValue)
+{
+    test::CoreVehicle car;
+    ASSERT_TRUE(ConnectModule(car.session, ModuleToyota));
+    car.screen.TabStrip1.select(6);
+    ASSERT_EQ(car.screen.TabStrip1.selectedCaption(), obd::kComboCaption);
+    car.screen.cmbPid[1].setText("B103 0 - SPEED");
+    car.shell.onProcessEvents = [&] {
+        if (car.shell.pumps >= 5)
+            car.session.Busy = false;
+    };
+    StartModuleLiveCombo(car.session);
+    EXPECT_NE(car.session.LastFrame.find("686AF101B1"), std::string::npos);
+    EXPECT_EQ(car.screen.lblPid[1].text(),
+              car.session.toyotaDecoder.SensorValue(3, 0, car.session.LastResponse, 1));
+    EXPECT_EQ(car.screen.lblPida[1].text(),
+              car.session.toyotaDecoder.SensorValue(3, 0, car.session.LastResponse, 2));
+    EXPECT_TRUE(car.screen.lblPid[0].text().empty());
+    EXPECT_TRUE(car.screen.tmrKeepAlive.enabled());
+}
+
+} // namespace
+} // namespace kvx::enhanced
