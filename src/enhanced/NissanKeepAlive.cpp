@@ -42,8 +42,7 @@ void tick(Session& session)
 
 void RearmEnhancedKeepAlive(Session& session)
 {
-    session.screen.tmrKeepAliveEnhance.setInterval(session.settings.KeepAlive);
-    session.screen.tmrKeepAliveEnhance.setEnabled(true);
+    obd::ArmKeepAlive(session, session.screen.tmrKeepAliveEnhance);
 }
 
 void NissanKeepAliveTick(Session& session)

@@ -44,22 +44,11 @@ void RunNissanLiveData(Session& session)
 
 bool PollNissanLiveData(Session& session)
 {
-    MainScreen& screen = session.screen;
-    GridModel& grid = screen.GridMode1;
-    screen.StatusBar1.setText(3, "");
-    const int rows = grid.rows();
-    for (int row = 1; row < rows && row < grid.rows() && session.Busy && !session.LinkDown; ++row) {
-        if (screen.TabStrip1.selectedCaption() != obd::kLiveDataCaption) {
-            session.Busy = false;
-            break;
-        }
-        HighlightPolledRow(session, row);
-        if (grid.text(row, obd::MarkerColumn) == obd::kEmptyMarker) {
-            session.shell.processEvents();
-            continue;
-        }
+    session.screen.StatusBar1.setText(3, "");
+    const auto highlight = [&](int row) { HighlightPolledRow(session, row); };
+    return obd::WalkLiveRows(session, highlight, [&](int row) {
         // A switch row asks for its whole register; the bit is picked out of the reply.
-        const std::string identifier = grid.text(row, obd::PidColumn).substr(0, kIdentifierLength);
+        const std::string identifier = session.screen.GridMode1.text(row, obd::PidColumn).substr(0, kIdentifierLength);
         const std::string reply = obd::RequestCycle(session, "0522" + identifier + "0401");
         if (obd::CountLiveSilence(session, reply, [&] { ReconnectNissan(session); })) {
             obd::DropSilentSession(session);
@@ -68,9 +57,8 @@ bool PollNissanLiveData(Session& session)
         // An empty reply is recorded and shown too: the decoder gives blank texts for it.
         log::WriteLogFrame(session, reply);
         showReply(session, row, identifier, reply);
-        session.shell.processEvents();
-    }
-    return true;
+        return true;
+    });
 }
 
 } // namespace kvx::enhanced

@@ -78,32 +78,23 @@ void RunToyotaLiveData(Session& session)
 
 bool PollToyotaLiveData(Session& session, const std::string& headerByte1, const std::string& headerByte2)
 {
-    MainScreen& screen = session.screen;
-    GridModel& grid = screen.GridMode1;
     std::set<std::string> asked;
-    const int rows = grid.rows();
-    for (int row = 1; row < rows && row < grid.rows() && session.Busy && !session.LinkDown; ++row) {
-        if (screen.TabStrip1.selectedCaption() != obd::kLiveDataCaption) {
-            session.Busy = false;
-            break;
-        }
-        HighlightPolledRow(session, row);
-        const std::string label = grid.text(row, obd::PidColumn);
-        if (grid.text(row, obd::MarkerColumn) == obd::kEmptyMarker || !asked.insert(label.substr(0, 2)).second) {
-            session.shell.processEvents();
-            continue;
-        }
-        const std::string reply =
-            obd::RequestCycle(session, headerByte1 + headerByte2 + "F101" + label.substr(0, 2), session.ToyotaLastFrame,
-                              session.ToyotaLastRaw, session.ToyotaLastResponse);
+    const auto highlight = [&](int row) { HighlightPolledRow(session, row); };
+    return obd::WalkLiveRows(session, highlight, [&](int row) {
+        const std::string label = session.screen.GridMode1.text(row, obd::PidColumn);
+        const std::string pid = label.substr(0, 2);
+        if (!asked.insert(pid).second)
+            return true;
+        const std::string reply = obd::RequestCycle(session, headerByte1 + headerByte2 + "F101" + pid,
+                                                    session.ToyotaLastFrame, session.ToyotaLastRaw,
+                                                    session.ToyotaLastResponse);
         if (obd::CountLiveSilence(session, reply, [&] { obd::ReconnectForLiveData(session); })) {
             obd::DropSilentSession(session);
             return false;
         }
         showReply(session, label, reply);
-        session.shell.processEvents();
-    }
-    return true;
+        return true;
+    });
 }
 
 void RunToyotaLiveCombo(Session& session)

@@ -68,10 +68,15 @@ void DropSilentSession(Session& session)
     session.shell.messageBox(kNoCommunication, kNoResponseFromEcu, MessageIcon::Exclamation);
 }
 
+void ArmKeepAlive(Session& session, TimerModel& timer)
+{
+    timer.setInterval(session.settings.KeepAlive);
+    timer.setEnabled(true);
+}
+
 void RestartKeepAlive(Session& session)
 {
-    session.screen.tmrKeepAlive.setInterval(session.settings.KeepAlive);
-    session.screen.tmrKeepAlive.setEnabled(true);
+    ArmKeepAlive(session, session.screen.tmrKeepAlive);
 }
 
 void KeepAliveTick(Session& session)

@@ -31,6 +31,9 @@ std::string LampedExchange(Session& session, const std::string& request);
 // The end of a session that stopped answering: disconnect, then "No Response From ECU".
 void DropSilentSession(Session& session);
 
+// A keep-alive timer on again at the settings' interval.
+void ArmKeepAlive(Session& session, TimerModel& timer);
+
 // tmrKeepAlive on again at the settings' interval, after a service pass.
 void RestartKeepAlive(Session& session);
 

@@ -67,29 +67,17 @@ void StartLiveData(Session& session)
 
 bool PollLiveData(Session& session, const std::string& headerByte1, const std::string& headerByte2)
 {
-    GridModel& grid = session.screen.GridMode1;
-    const int rows = grid.rows();
-    for (int row = 1; row < rows && session.Busy && !session.LinkDown; ++row) {
-        if (session.screen.TabStrip1.selectedCaption() != kLiveDataCaption) {
-            session.Busy = false;
-            break;
-        }
-        if (row >= grid.rows())
-            break;
-        if (grid.text(row, MarkerColumn) == kEmptyMarker) {
-            session.shell.processEvents();
-            continue;
-        }
-        const std::string reply = RequestCycle(session, headerByte1 + headerByte2 + "F101" + grid.text(row, PidColumn));
+    return WalkLiveRows(session, [](int) {}, [&](int row) {
+        const std::string pid = session.screen.GridMode1.text(row, PidColumn);
+        const std::string reply = RequestCycle(session, headerByte1 + headerByte2 + "F101" + pid);
         if (CountLiveSilence(session, reply, [&] { ReconnectForLiveData(session); })) {
             session.Busy = false;
             session.shell.messageBox(kNoCommunication, kNoResponseFromEcu, MessageIcon::Exclamation);
             return false;
         }
         showReply(session, row, reply);
-        session.shell.processEvents();
-    }
-    return true;
+        return true;
+    });
 }
 
 void StopLiveData(Session& session)

@@ -7,6 +7,7 @@
 #include "obd/LiveData.h"
 #include "session/MainScreen.h"
 #include "session/Session.h"
+#include "session/Shell.h"
 
 namespace kvx::obd {
 
@@ -69,6 +70,23 @@ void ReconnectForLiveData(Session& session)
 {
     session.screen.StatusBar1.setText(1, kReconnecting);
     ReconnectEcu(session);
+}
+
+bool WalkLiveRows(Session& session, const std::function<void(int)>& visit, const std::function<bool(int)>& poll)
+{
+    const GridModel& grid = session.screen.GridMode1;
+    const int rows = grid.rows();
+    for (int row = 1; row < rows && row < grid.rows() && session.Busy && !session.LinkDown; ++row) {
+        if (session.screen.TabStrip1.selectedCaption() != kLiveDataCaption) {
+            session.Busy = false;
+            break;
+        }
+        visit(row);
+        if (grid.text(row, MarkerColumn) != kEmptyMarker && !poll(row))
+            return false;
+        session.shell.processEvents();
+    }
+    return true;
 }
 
 void RunLivePasses(Session& session, TimerModel& keepAlive, void (*rearm)(Session&),

@@ -13,14 +13,6 @@
 namespace kvx::enhanced {
 namespace {
 
-sim::VehicleConfig silentWakeUps(std::initializer_list<int> numbers)
-{
-    sim::VehicleConfig config;
-    for (int n : numbers)
-        config.faults.wakeUps[n] = sim::Fault::Silence;
-    return config;
-}
-
 int testerBytes(const test::CoreVehicle& car)
 {
     return static_cast<int>(car.vehicle.record().bytes(sim::Origin::Tester).size());
@@ -40,7 +32,9 @@ void setRows(test::CoreVehicle& car, std::initializer_list<const char*> labels)
 
 TEST(ToyotaConnect, TryAllTriesOneTwoThreeThenInitFailedLeavingFour)
 {
-    test::CoreVehicle car(silentWakeUps({0, 1, 2}), link::TryAll);
+    test::CoreVehicle car({}, link::TryAll);
+    car.vehicle.setSilent(0x10, true);
+    car.vehicle.setSilent(0x18, true);
     EXPECT_FALSE(ConnectModule(car.session, ModuleToyota));
     EXPECT_EQ(car.statusTexts, (std::vector<std::string>{"TRYING PROTOCOL 1...", "TRYING PROTOCOL 2...",
                                                          "TRYING PROTOCOL 3...", "INIT FAILED"}));
