@@ -1,3 +1,4 @@
+#include "BusTester.h"
 #include "link/SimBench.h"
 #include "link/decode/NissanDecoder.h"
 #include "link/decode/NissanItems.h"
@@ -160,6 +161,17 @@ TEST(NissanUnits, ASilentUnitAnswersNothingUntilItsVoiceIsBack)
     engine.vehicle.setSilent(0x10, false);
     ASSERT_TRUE(engine.start(true));
     EXPECT_NE(engine.read("1101"), "");
+}
+
+TEST(NissanUnits, OnAPtyTheStartMessageAloneOpensTheSession)
+{
+    VehicleConfig config;
+    config.noBreaks = true;
+    BusTester t(config);
+    EXPECT_EQ(t.request({0x81, 0x18, 0xFC, 0x81, 0x16}), (Bytes{0x83, 0xFC, 0x18, 0xC1, 0xE5, 0x8F, 0xCC}));
+    const Bytes r = t.request({0x05, 0x22, 0x11, 0x07, 0x04, 0x01}, true);
+    ASSERT_EQ(r.size(), 6u);
+    EXPECT_EQ(Bytes(r.begin(), r.begin() + 4), (Bytes{0x04, 0x62, 0x11, 0x07})) << "the gearbox's gear position";
 }
 
 } // namespace kvx::sim::test
