@@ -1,4 +1,5 @@
 #include "BusTester.h"
+#include "SupportBits.h"
 #include "link/SimBench.h"
 #include "link/decode/NissanDecoder.h"
 #include "link/decode/NissanItems.h"
@@ -40,11 +41,8 @@ std::set<int> reportedPresent(NissanBench& bench)
         if (r.size() < 18)
             continue;
         EXPECT_EQ(r.substr(2, 6), "62" + request);
-        const int start = std::stoi(request, nullptr, 16);
-        const unsigned long map = std::stoul(r.substr(8, 8), nullptr, 16);
-        for (int n = 1; n <= 32; ++n)
-            if (map & (1ul << (32 - n)))
-                present.insert(start + n);
+        const auto marked = markedBy(r.substr(8, 8), std::stoi(request, nullptr, 16));
+        present.insert(marked.begin(), marked.end());
     }
     return present;
 }

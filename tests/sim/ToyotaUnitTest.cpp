@@ -1,3 +1,4 @@
+#include "SupportBits.h"
 #include "link/SimBench.h"
 #include "link/decode/ToyotaDecoder.h"
 #include "link/decode/ToyotaItems.h"
@@ -33,17 +34,10 @@ struct GenericBench : kvx::test::SimBench {
 
 std::string hex2(int v) { return link::toHex(static_cast<std::uint8_t>(v)); }
 
-// The parameters a bitmap reply marks, the range's first parameter being one above base.
+// The parameters the bitmap of a service 01 message marks.
 std::set<int> marked(const std::string& message, int base)
 {
-    std::set<int> out;
-    if (message.size() < 20)
-        return out;
-    const unsigned long map = std::stoul(message.substr(10, 8), nullptr, 16);
-    for (int n = 1; n <= 32; ++n)
-        if (map & (1ul << (32 - n)))
-            out.insert(base + n);
-    return out;
+    return markedBy(message.size() >= 20 ? message.substr(10, 8) : "", base);
 }
 
 } // namespace
