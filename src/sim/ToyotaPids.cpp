@@ -40,16 +40,14 @@ const std::vector<PidEntry>& toyotaPids() { return kToyota; }
 
 std::optional<link::Bytes> encodeToyotaPid(std::uint8_t pid, const PidContext& ctx)
 {
-    if (pid == 0xB0 || pid == 0xC0 || pid == 0xE0) {
+    // B0 sits off the 20-step grid that the generic bitmaps (and so C0 and E0) keep to.
+    if (pid == 0xB0) {
         std::vector<std::uint8_t> pids;
         for (const auto& e : kToyota)
             pids.push_back(e.pid);
         return supportBitmap(pids, pid);
     }
-    for (const auto& e : kToyota)
-        if (e.pid == pid)
-            return e.encode(ctx);
-    return std::nullopt;
+    return encodePid(kToyota, pid, ctx);
 }
 
 } // namespace kvx::sim

@@ -18,15 +18,6 @@ int word(const std::uint8_t* d)
     return d[0] * 256 + d[1];
 }
 
-// A metric quantity shown in the selected unit system.
-std::string quantity(double metric, int decimals, Unit unit, int selector)
-{
-    const UnitText& u = unitText(unit);
-    if (selector == Metric)
-        return withUnit(metric, decimals, u.metric);
-    return withUnit(metric * u.usFactor + u.usOffset, decimals + u.usExtraDecimals, u.us);
-}
-
 std::string o2Narrow(const std::uint8_t* d)
 {
     std::string text = fixed(d[0] / 200.0, 3) + " V, ";
@@ -98,6 +89,14 @@ std::string valueAfter(std::string_view message, std::uint8_t service, std::size
 }
 
 } // namespace
+
+std::string quantity(double metric, int decimals, Unit unit, int selector)
+{
+    const UnitText& u = unitText(unit);
+    if (selector == Metric)
+        return withUnit(metric, decimals, u.metric);
+    return withUnit(metric * u.usFactor + u.usOffset, decimals + u.usExtraDecimals, u.us);
+}
 
 std::string pidValueText(int pid, const std::uint8_t* data, std::size_t size, int selector)
 {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "link/decode/PidTable.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -10,6 +12,9 @@ namespace kvx::link::decode {
 // Selector 1 gives the metric text with its unit, 2 the US customary text. Parameters without a
 // unit (words, counts, ratios) give the same text for both.
 enum Selector : int { Metric = 1, Customary = 2 };
+
+// A metric quantity in the selected unit system: "90 °C" or "194 °F".
+std::string quantity(double metric, int decimals, Unit unit, int selector);
 
 // The value text of a parameter from its data bytes; "" for an unknown parameter, a short data
 // span or a selector other than 1 and 2.

@@ -1,0 +1,105 @@
+#include "SupportBits.h"
+#include "link/SimBench.h"
+#include "link/decode/ToyotaDecoder.h"
+#include "link/decode/ToyotaItems.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <set>
+#include <string>
+
+namespace kvx::sim::test {
+namespace {
+
+// An ISO 9141-2 session with both units, as the generic negotiation opens it.
+struct GenericBench : kvx::test::SimBench {
+    GenericBench() { started = wake(1); }
+    // The engine unit's message of a service 01 reply, "" when it did not answer.
+    std::string engine(const std::string& pid)
+    {
+        const std::string reply = ask("686AF101" + pid);
+        std::size_t from = 0;
+        while (from < reply.size()) {
+            const std::size_t to = std::min(reply.find(':', from), reply.size());
+            const std::string message = reply.substr(from, to - from);
+            if (message.size() > 6 && message.substr(4, 2) == "10")
+                return message;
+            from = to + 1;
+        }
+        return {};
+    }
+    bool started = false;
+};
+
+std::string hex2(int v) { return link::toHex(static_cast<std::uint8_t>(v)); }
+
+// The parameters the bitmap of a service 01 message marks.
+std::set<int> marked(const std::string& message, int base)
+{
+    return markedBy(message.size() >= 20 ? message.substr(10, 8) : "", base);
+}
+
+} // namespace
+
+TEST(ToyotaUnit, BitmapsB0C0E0ReportTheParametersTheDecoderNames)
+{
+    GenericBench bench;
+    ASSERT_TRUE(bench.started);
+    std::set<int> present;
+    for (int base : {0xB0, 0xC0, 0xE0}) {
+        const auto got = marked(bench.engine(hex2(base)), base);
+        EXPECT_FALSE(got.empty()) << hex2(base);
+        present.insert(got.begin(), got.end());
+    }
+    std::set<int> named;
+    for (const auto& item : link::decode::toyotaItems())
+        named.insert(item.parameter);
+    for (int p : present) {
+        // D0 and E0 close the B0 and C0 ranges as pointers to the next bitmap.
+        if (p == 0xD0 || p == 0xE0)
+            continue;
+        EXPECT_TRUE(named.count(p)) << hex2(p) << " is reported but has no name";
+    }
+    for (int p : named)
+        EXPECT_TRUE(present.count(p)) << hex2(p) << " is named but not reported";
+}
+
+TEST(ToyotaUnit, EverySubValueDecodesFromTheLiveReply)
+{
+    const link::ToyotaDecoder decoder;
+    GenericBench bench;
+    ASSERT_TRUE(bench.started);
+    for (const auto& item : link::decode::toyotaItems()) {
+        const std::string message = bench.engine(hex2(item.parameter));
+        EXPECT_NE(decoder.SensorValue(item.a, item.b, message, 1), "") << item.name << " from " << message;
+    }
+    const double rpm = std::stod(decoder.SensorValue(1, 0, bench.engine("B1"), 1));
+    EXPECT_GT(rpm, 600);
+    EXPECT_LT(rpm, 1400) << "a cold idle";
+    EXPECT_EQ(decoder.SensorValue(1, 1, bench.engine("C2"), 2), "ON") << "the idle switch";
+}
+
+TEST(ToyotaUnit, GenericDiscoveryClaimsNothingAboveItsRanges)
+{
+    GenericBench bench;
+    ASSERT_TRUE(bench.started);
+    const auto above40 = marked(bench.engine("40"), 0x40);
+    EXPECT_FALSE(above40.empty());
+    EXPECT_FALSE(above40.count(0x60)) << "no pointer to a range 60";
+    for (const char* pid : {"60", "80", "A0"})
+        EXPECT_EQ(bench.engine(pid), "") << pid;
+    EXPECT_EQ(bench.engine("B0").substr(6, 4), "41B0");
+}
+
+TEST(ToyotaUnit, ASilentEngineUnitLeavesThePollingEmpty)
+{
+    GenericBench bench;
+    ASSERT_TRUE(bench.started);
+    bench.vehicle.setSilent(0x10, true);
+    EXPECT_EQ(bench.engine("B1"), "");
+    bench.vehicle.setSilent(0x10, false);
+    EXPECT_NE(bench.engine("B1"), "");
+}
+
+} // namespace kvx::sim::test
