@@ -88,8 +88,11 @@ TEST(NissanLiveData, SwitchRowAsksForItsRegisterAndShowsItsBit)
     EXPECT_NE(car.session.LastFrame.find("052213020401"), std::string::npos) << car.session.LastFrame;
     const std::string& reply = car.session.LastResponse;
     ASSERT_FALSE(reply.empty());
+    // "LL 62 13 02" and the register: its top bit is the brake switch.
+    ASSERT_EQ(reply.substr(2, 6), "621302");
+    const int registerBits = std::stoi(reply.substr(8, 2), nullptr, 16);
     const GridModel& grid = car.screen.GridMode1;
-    EXPECT_EQ(grid.text(1, obd::ValueColumn), car.session.nissanDecoder.SensorValue(reply, 1, 7, ModuleNissanEcu));
+    EXPECT_EQ(grid.text(1, obd::ValueColumn), (registerBits & 0x80) ? "ON" : "OFF");
     EXPECT_TRUE(grid.text(1, obd::AltValueColumn).empty());
 }
 

@@ -62,9 +62,17 @@ TEST(ToyotaConnect, AsksTheThreeManufacturerBitmapsAndMarksWhatTheyHold)
     EXPECT_FALSE(car.screen.tmrKeepAliveEnhance.enabled());
     EXPECT_TRUE(car.screen.control("chkLog").enabled());
     EXPECT_EQ(car.screen.StatusBar1.text(1), "");
+    // One row and one combo entry per named sub-value, in parameter, byte and sub-value order.
+    const GridModel& grid = car.screen.GridMode1;
+    ASSERT_GT(grid.rows(), 3);
+    EXPECT_EQ(grid.text(1, obd::PidColumn), "B101 0");
+    EXPECT_EQ(grid.text(2, obd::PidColumn), "B103 0");
+    EXPECT_EQ(grid.text(1, obd::DescriptionColumn), car.session.toyotaDecoder.SensorName("B1", 1, 0));
+    EXPECT_EQ(grid.text(1, obd::MarkerColumn), obd::kTickedMarker);
     for (const ListModel& list : car.screen.cmbPid) {
-        ASSERT_FALSE(list.items().empty());
+        ASSERT_EQ(static_cast<int>(list.items().size()), grid.rows());
         EXPECT_EQ(list.items().front(), "OFF");
+        EXPECT_EQ(list.items()[2], "B103 0 - " + grid.text(2, obd::DescriptionColumn));
         EXPECT_EQ(list.text(), "OFF");
     }
 }
@@ -103,11 +111,14 @@ TEST(ToyotaLiveData, OneRequestServesEveryRowOfItsParameterAndIsRecordedWithTheR
     const std::string& reply = car.session.ToyotaLastResponse;
     ASSERT_EQ(reply.substr(0, 10), "486B1041B1");
     const GridModel& grid = car.screen.GridMode1;
-    for (int row : {1, 2}) {
-        const int a = row == 1 ? 1 : 3;
-        EXPECT_EQ(grid.text(row, obd::ValueColumn), car.session.toyotaDecoder.SensorValue(a, 0, reply, 1));
-        EXPECT_EQ(grid.text(row, obd::AltValueColumn), car.session.toyotaDecoder.SensorValue(a, 0, reply, 2));
-    }
+    // Engine speed from the first two data bytes, vehicle speed from the third.
+    EXPECT_EQ(grid.text(1, obd::ValueColumn), car.session.toyotaDecoder.SensorValue(1, 0, reply, 1));
+    EXPECT_EQ(grid.text(2, obd::ValueColumn), car.session.toyotaDecoder.SensorValue(3, 0, reply, 1));
+    EXPECT_EQ(grid.text(2, obd::AltValueColumn), car.session.toyotaDecoder.SensorValue(3, 0, reply, 2));
+    EXPECT_NE(grid.text(1, obd::ValueColumn), "");
+    EXPECT_NE(grid.text(2, obd::ValueColumn), "");
+    EXPECT_NE(grid.text(1, obd::ValueColumn), grid.text(2, obd::ValueColumn));
+    EXPECT_EQ(grid.text(3, obd::ValueColumn), "");
     ASSERT_EQ(car.session.LogRecordNumber - first, 1);
     EXPECT_EQ(car.session.LogFileHandle->readRecord(first).value(), reply + " B101 0");
     EXPECT_EQ(car.session.LastFrame, lastGeneric);
@@ -143,6 +154,7 @@ TEST(ToyotaLiveCombo, SlotsAskTheirParameterAndShowTheirSubValue)
     EXPECT_NE(car.session.LastFrame.find("686AF101B1"), std::string::npos);
     EXPECT_EQ(car.screen.lblPid[1].text(),
               car.session.toyotaDecoder.SensorValue(3, 0, car.session.LastResponse, 1));
+    EXPECT_NE(car.screen.lblPid[1].text(), "");
     EXPECT_EQ(car.screen.lblPida[1].text(),
               car.session.toyotaDecoder.SensorValue(3, 0, car.session.LastResponse, 2));
     EXPECT_TRUE(car.screen.lblPid[0].text().empty());
