@@ -2,11 +2,11 @@
 
 #include "data/GridLayouts.h"
 #include "enhanced/NissanKeepAlive.h"
-#include "link/LinkSession.h"
 #include "enhanced/SensorRows.h"
+#include "link/LinkSession.h"
 #include "obd/CommandGuard.h"
-#include "obd/FrameText.h"
 #include "obd/Connection.h"
+#include "obd/FrameText.h"
 #include "obd/LiveData.h"
 #include "obd/RequestCycle.h"
 #include "session/MainScreen.h"
@@ -34,7 +34,8 @@ constexpr int kClearedRows = 96;
 constexpr int kFirstBlock = 0x11;
 constexpr int kLastBlock = 0x14;
 constexpr int kLastRow = 96;
-constexpr const char* kSwitchBlock = "13";
+// Block 13 holds registers of eight on/off switches, one a bit.
+constexpr int kSwitchBlock = 0x13;
 constexpr int kSwitchBits = 8;
 
 // Two hex digits at 1-based character `first`, or 0 when the text is too short or not hex.
@@ -148,10 +149,11 @@ void AddNissanSensors(Session& session)
     for (int block = kFirstBlock; block <= kLastBlock; ++block) {
         for (int row = 1; row <= kLastRow; ++row) {
             session.shell.processEvents();
-            if (isRangeMarker(row) || !session.SupportedPids[static_cast<std::size_t>(row)][static_cast<std::size_t>(block)])
+            const auto& supported = session.SupportedPids[static_cast<std::size_t>(row)];
+            if (isRangeMarker(row) || !supported[static_cast<std::size_t>(block)])
                 continue;
             const std::string identifier = obd::HexByte(block) + obd::HexByte(row);
-            if (obd::HexByte(block) != kSwitchBlock) {
+            if (block != kSwitchBlock) {
                 AddSensorRow(session, count, identifier,
                              session.nissanDecoder.SensorName(identifier, session.ModuleIndex));
                 continue;

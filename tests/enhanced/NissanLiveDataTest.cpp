@@ -182,18 +182,5 @@ TEST(NissanKeepAlive, WakeUpsFromTheThirdMissAndTheEndAtFourteen)
     EXPECT_FALSE(car.screen.tmrKeepAliveEnhance.enabled());
 }
 
-TEST(NissanKeepAlive, AWakeUpThatAnswersClearsThePanelAndTheReplyTheCount)
-{
-    NissanCar car;
-    ASSERT_TRUE(car.connected);
-    car.outwaitSession();
-    car.session.SilenceCount = 3;
-    car.screen.StatusBar1.setText(1, "RECONNECTING...");
-    NissanKeepAliveTick(car.session);
-    EXPECT_EQ(car.screen.StatusBar1.text(1), "");
-    EXPECT_EQ(car.session.SilenceCount, 0);
-    EXPECT_FALSE(car.session.LinkDown);
-}
-
 } // namespace
 } // namespace kvx::enhanced

@@ -77,17 +77,6 @@ TEST(ToyotaConnect, AsksTheThreeManufacturerBitmapsAndMarksWhatTheyHold)
     }
 }
 
-TEST(ToyotaConnect, KwpSessionAsksWithTheFunctionalHeader)
-{
-    test::CoreVehicle car({}, link::Kwp2000Fast);
-    ASSERT_TRUE(ConnectModule(car.session, ModuleToyota));
-    EXPECT_EQ(car.session.HeaderByte1, "C0");
-    EXPECT_EQ(car.session.HeaderByte2, "33");
-    // The generic first check, then the three bitmaps.
-    EXPECT_EQ(car.session.LastFrame.substr(0, 10), "C233F101E0");
-    EXPECT_TRUE(car.session.SupportedPids[0xC2][0]);
-}
-
 TEST(ToyotaLiveData, OneRequestServesEveryRowOfItsParameterAndIsRecordedWithTheRowLabel)
 {
     test::CoreVehicle car;
