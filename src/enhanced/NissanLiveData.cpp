@@ -10,7 +10,6 @@
 #include "obd/RequestCycle.h"
 #include "session/MainScreen.h"
 #include "session/Session.h"
-#include "session/Shell.h"
 
 namespace kvx::enhanced {
 

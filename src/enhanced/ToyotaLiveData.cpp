@@ -10,8 +10,8 @@
 #include "obd/RequestCycle.h"
 #include "session/MainScreen.h"
 #include "session/Session.h"
-#include "session/Shell.h"
 
+#include <charconv>
 #include <set>
 
 namespace kvx::enhanced {
@@ -26,11 +26,14 @@ struct SubValue {
     int b = 0;
 };
 
+// A label that is not of that form (a typed combo entry) gives a = 0, which names nothing.
 SubValue subValueOf(const std::string& label)
 {
-    if (label.size() < kLabelLength)
+    SubValue v;
+    if (label.size() < kLabelLength || std::from_chars(label.data() + 2, label.data() + 4, v.a).ec != std::errc())
         return {};
-    return {std::stoi(label.substr(2, 2)), label.back() - '0'};
+    v.b = label[kLabelLength - 1] - '0';
+    return v;
 }
 
 std::string valueText(const Session& session, const std::string& label, const std::string& message, int kind)
