@@ -5,9 +5,6 @@
 
 #include <QAction>
 #include <QCloseEvent>
-#include <QLabel>
-#include <QPushButton>
-#include <QSlider>
 #include <QStatusBar>
 #include <QTabBar>
 #include <QTimer>
