@@ -54,11 +54,6 @@ bool anyTicked(const GridModel& grid)
     return false;
 }
 
-GridCell marker(const char* text)
-{
-    return GridCell{text, kBlack, kMarkerFont, 0, true};
-}
-
 // Silence counting of one request; true when the sixth silent reply ends live data.
 bool countSilence(Session& session, const std::string& reply)
 {
@@ -167,11 +162,11 @@ void ToggleLiveDataRow(Session& session, int row)
     if (session.Busy || row < 1 || row >= grid.rows())
         return;
     if (grid.text(row, MarkerColumn) == kTickedMarker) {
-        grid.setCell(row, MarkerColumn, marker(kEmptyMarker));
+        grid.setCell(row, MarkerColumn, MarkerCell(kEmptyMarker));
         grid.setText(row, ValueColumn, "");
         grid.setText(row, AltValueColumn, "");
     } else if (grid.text(row, MarkerColumn) == kEmptyMarker) {
-        grid.setCell(row, MarkerColumn, marker(kTickedMarker));
+        grid.setCell(row, MarkerColumn, MarkerCell(kTickedMarker));
     }
 }
 
@@ -182,7 +177,7 @@ void BuildLiveDataGrid(Session& session)
     for (int pid : listedPids(session)) {
         const int row = grid.addRow();
         const std::string pp = pidText(pid);
-        grid.setCell(row, MarkerColumn, marker(kTickedMarker));
+        grid.setCell(row, MarkerColumn, MarkerCell(kTickedMarker));
         grid.setText(row, PidColumn, pp);
         grid.setText(row, DescriptionColumn, session.link.DescribePid(pp));
     }
@@ -217,6 +212,11 @@ void RediscoverSupportedPids(Session& session)
         FillO2SensorList(session);
         RestartKeepAlive(session);
     });
+}
+
+GridCell MarkerCell(const char* text)
+{
+    return GridCell{text, kBlack, kMarkerFont, 14, true};
 }
 
 } // namespace kvx::obd

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "session/GridModel.h"
+
 #include <string>
 
 namespace kvx {
@@ -13,6 +15,9 @@ inline constexpr const char* kLiveDataCaption = "LIVE DATA";
 inline constexpr const char* kTickedMarker = "\u00FE";
 inline constexpr const char* kEmptyMarker = "q";
 inline constexpr const char* kMarkerFont = "Wingdings";
+
+// A marker cell of GridMode1's first column (kTickedMarker or kEmptyMarker), centred.
+GridCell MarkerCell(const char* text);
 
 // Silent replies in a row that start reconnection attempts, and that end live data.
 inline constexpr int kLiveReconnectFrom = 3;
