@@ -60,8 +60,7 @@ void TakeScreenshots(app::frmMain& window, Session& session, settings::SettingsE
             save(dialog, folder, "frmSetting");
         }
         {
-            enhanced::frmSelection selection(session.screen, actions.ConnectModule, {true, false, false, false},
-                                             &window);
+            enhanced::frmSelection selection(session.screen, actions.ConnectModule, &window);
             selection.show();
             save(selection, folder, "frmSelection");
         }
@@ -148,7 +147,7 @@ int main(int argc, char** argv)
     settings::SettingsEditor editor(session);
 
     QObject::connect(&window, &app::frmMain::connectRequested, &window, [&] {
-        enhanced::frmSelection selection(screen, actions.ConnectModule, {true, false, false, false}, &window);
+        enhanced::frmSelection selection(screen, actions.ConnectModule, &window);
         selection.exec();
     });
     QObject::connect(&window, &app::frmMain::settingRequested, &window, [&] {

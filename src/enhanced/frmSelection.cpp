@@ -15,9 +15,8 @@ const std::array<const char*, 4> kCaptions = {"OBD II GENERIC", "NISSAN ENGINE",
 
 } // namespace
 
-frmSelection::frmSelection(MainScreen& screen, ConnectModule connect, std::array<bool, 4> available,
-                           QWidget* parent)
-    : QDialog(parent), screen_(screen), connect_(std::move(connect)), available_(available)
+frmSelection::frmSelection(MainScreen& screen, ConnectModule connect, QWidget* parent)
+    : QDialog(parent), screen_(screen), connect_(std::move(connect))
 {
     setObjectName(QStringLiteral("frmSelection"));
     setWindowTitle(QStringLiteral("ECU SELECTION"));
@@ -39,8 +38,8 @@ frmSelection::frmSelection(MainScreen& screen, ConnectModule connect, std::array
 
 void frmSelection::enableButtons(bool on)
 {
-    for (std::size_t i = 0; i < buttons_.size(); ++i)
-        buttons_[i]->setEnabled(on && available_[i] && bool(connect_));
+    for (QPushButton* button : buttons_)
+        button->setEnabled(on && bool(connect_));
 }
 
 void frmSelection::Command1_Click(int index)

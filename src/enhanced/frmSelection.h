@@ -20,9 +20,7 @@ public:
     // Sets ModuleIndex and runs that module's connection routine; true when connected.
     using ConnectModule = std::function<bool(int module)>;
 
-    // available: the modules whose connection is built; the other buttons stay disabled.
-    frmSelection(MainScreen& screen, ConnectModule connect, std::array<bool, 4> available,
-                 QWidget* parent = nullptr);
+    frmSelection(MainScreen& screen, ConnectModule connect, QWidget* parent = nullptr);
     void Command1_Click(int index);
 
 private:
@@ -30,7 +28,6 @@ private:
 
     MainScreen& screen_;
     ConnectModule connect_;
-    std::array<bool, 4> available_;
     std::array<QPushButton*, 4> buttons_{};
 };
 

@@ -1,5 +1,6 @@
 #include "log/LinkReplay.h"
 
+#include "log/EnhancedReplay.h"
 #include "log/LogFormat.h"
 #include "session/MainScreen.h"
 #include "session/Session.h"
@@ -34,7 +35,10 @@ LiveDecoding LinkLiveDecoding(const link::LinkSession& link)
 
 FrameHandlers SessionFrameHandlers(Session& session)
 {
-    return {{kGenericHeader, GenericFrameHandler(session.screen.GridMode1, LinkLiveDecoding(session.link))}};
+    GridModel& grid = session.screen.GridMode1;
+    return {{kGenericHeader, GenericFrameHandler(grid, LinkLiveDecoding(session.link))},
+            {kNissanEcuHeader, NissanFrameHandler(grid, session.nissanDecoder, [&session] { return session.ModuleIndex; })},
+            {kToyotaHeader, ToyotaFrameHandler(grid, session.toyotaDecoder)}};
 }
 
 } // namespace kvx::log

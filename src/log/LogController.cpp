@@ -211,7 +211,8 @@ bool LogController::queryUnload()
 {
     if (session_.Replaying)
         return false;
-    session_.screen.control("Connect").setEnabled(true);
+    // A session opened while the player stood open keeps its Connect button off.
+    session_.screen.control("Connect").setEnabled(session_.LinkDown);
     setStatus("");
     file_.reset();
     return true;

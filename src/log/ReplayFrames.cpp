@@ -1,25 +1,11 @@
 #include "log/ReplayFrames.h"
 
+#include "obd/LiveData.h"
 #include "session/GridModel.h"
 
 #include <set>
 
 namespace kvx::log {
-
-namespace {
-
-// The ticked-box mark of a polled row, in the symbol font the live grid uses.
-GridCell tickedMarker()
-{
-    GridCell cell;
-    cell.text = "þ";
-    cell.fontName = "Wingdings";
-    cell.fontSize = 14;
-    cell.centered = true;
-    return cell;
-}
-
-} // namespace
 
 std::string FramePid(const std::string& frame)
 {
@@ -37,7 +23,7 @@ FrameHandler GenericFrameHandler(GridModel& grid, LiveDecoding decoding)
             if (pid.empty() || !seen.insert(pid).second)
                 continue;
             const int row = grid.addRow();
-            grid.setCell(row, 0, tickedMarker());
+            grid.setCell(row, 0, obd::MarkerCell(obd::kTickedMarker));
             grid.setText(row, 1, pid);
             grid.setText(row, 2, decoding.describe(pid));
         }

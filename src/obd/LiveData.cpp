@@ -54,11 +54,6 @@ void showReply(Session& session, int row, const std::string& reply)
 
 } // namespace
 
-GridCell MarkerCell(const char* marker)
-{
-    return GridCell{marker, kBlack, kMarkerFont, 0, true};
-}
-
 void StartLiveData(Session& session)
 {
     RunLivePasses(session, session.screen.tmrKeepAlive, RestartKeepAlive,
@@ -142,6 +137,11 @@ void RediscoverSupportedPids(Session& session)
         FillO2SensorList(session);
         RestartKeepAlive(session);
     });
+}
+
+GridCell MarkerCell(const char* text)
+{
+    return GridCell{text, kBlack, kMarkerFont, 14, true};
 }
 
 } // namespace kvx::obd

@@ -16,15 +16,15 @@ inline constexpr const char* kTickedMarker = "\u00FE";
 inline constexpr const char* kEmptyMarker = "q";
 inline constexpr const char* kMarkerFont = "Wingdings";
 
+// A marker cell of GridMode1's first column (kTickedMarker or kEmptyMarker), centred.
+GridCell MarkerCell(const char* text);
+
 // Silent replies in a row that start reconnection attempts, and that end live data.
 inline constexpr int kLiveReconnectFrom = 3;
 inline constexpr int kLiveGiveUpAt = 6;
 
 // GridMode1 columns (from 0).
 enum LiveColumn : int { MarkerColumn = 0, PidColumn = 1, DescriptionColumn = 2, ValueColumn = 3, AltValueColumn = 4 };
-
-// A marker cell of column 0: kTickedMarker or kEmptyMarker in the marker font, centred.
-GridCell MarkerCell(const char* marker);
 
 // cmdRequestMode1: polls the ticked rows while "LIVE DATA" is the selected tab, Busy is set and
 // the link is up; the keep-alive timer runs only between passes.

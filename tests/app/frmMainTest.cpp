@@ -172,34 +172,45 @@ TEST(frmMain, RestoringTheRecordedSizePutsControlsBackAndMinimisingChangesNothin
     EXPECT_EQ(grid->geometry(), gridAt);
 }
 
-TEST(frmSelection, FailedAttemptKeepsTheWindowOpenWithNoTabs)
+TEST(frmSelection, EachModuleConnectsWithItsTabsAndAFailedAttemptKeepsTheWindowOpen)
 {
     test::widgetApp();
     MainScreen screen;
     std::vector<int> tried;
+    std::vector<std::vector<std::string>> tabsDuringConnect;
     bool succeed = false;
-    enhanced::frmSelection selection(
-        screen,
-        [&](int module) {
-            tried.push_back(module);
-            EXPECT_EQ(screen.StatusBar1.text(1), "INIT IN PROGRESS...");
-            EXPECT_EQ(screen.TabStrip1.tabs().size(), 7u);
-            return succeed;
-        },
-        {true, false, false, false});
+    enhanced::frmSelection selection(screen, [&](int module) {
+        tried.push_back(module);
+        EXPECT_EQ(screen.StatusBar1.text(1), "INIT IN PROGRESS...");
+        std::vector<std::string> captions;
+        for (const auto& tab : screen.TabStrip1.tabs())
+            captions.push_back(tab.caption);
+        tabsDuringConnect.push_back(captions);
+        return succeed;
+    });
     selection.show();
     auto buttons = selection.findChildren<QPushButton*>("Command1");
     ASSERT_EQ(buttons.size(), 4);
+    EXPECT_EQ(buttons[2]->text(), "NISSAN AUTO TRANSMISSION");
     EXPECT_EQ(buttons[3]->text(), "TOYOTA ENGINE");
-    EXPECT_FALSE(buttons[1]->isEnabled());
 
-    QTest::mouseClick(buttons[0], Qt::LeftButton);
-    EXPECT_TRUE(selection.isVisible());
-    EXPECT_TRUE(screen.TabStrip1.tabs().empty());
+    for (QPushButton* button : buttons) {
+        EXPECT_TRUE(button->isEnabled());
+        QTest::mouseClick(button, Qt::LeftButton);
+        EXPECT_TRUE(selection.isVisible());
+        EXPECT_TRUE(screen.TabStrip1.tabs().empty());
+    }
+    ASSERT_EQ(tabsDuringConnect.size(), 4u);
+    EXPECT_EQ(tabsDuringConnect[0].size(), 7u);
+    const std::vector<std::string> live{"LIVE DATA"};
+    EXPECT_EQ(tabsDuringConnect[1], live);
+    EXPECT_EQ(tabsDuringConnect[2], live);
+    EXPECT_EQ(tabsDuringConnect[3], (std::vector<std::string>{"LIVE DATA", "LIVE DATA COMBO"}));
 
     succeed = true;
-    QTest::mouseClick(buttons[0], Qt::LeftButton);
+    QTest::mouseClick(buttons[3], Qt::LeftButton);
     EXPECT_FALSE(selection.isVisible());
     EXPECT_EQ(selection.result(), QDialog::Accepted);
-    EXPECT_EQ(tried, (std::vector<int>{0, 0}));
+    EXPECT_EQ(tried, (std::vector<int>{0, 1, 2, 3, 3}));
+    EXPECT_EQ(screen.TabStrip1.tabs().size(), 2u);
 }

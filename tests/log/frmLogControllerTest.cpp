@@ -95,6 +95,11 @@ TEST(LogControllerWindow, OpensOnlyWhileDisconnectedAndStaysOpenWhilePlaying)
     EXPECT_FALSE(w.form.close());
     w.rig.session.Replaying = false;
     EXPECT_TRUE(w.form.close());
+    EXPECT_FALSE(w.rig.screen.control("Connect").enabled()) << "the session still stands";
+
+    w.rig.session.LinkDown = true;
+    w.form.show();
+    EXPECT_TRUE(w.form.close());
     EXPECT_TRUE(w.rig.screen.control("Connect").enabled());
 }
 
