@@ -6,7 +6,6 @@
 #include "obd/KeepAlive.h"
 #include "session/MainScreen.h"
 #include "session/Session.h"
-#include "session/Shell.h"
 
 namespace kvx::enhanced {
 
@@ -24,7 +23,6 @@ bool positive(const std::string& raw)
 void tick(Session& session)
 {
     obd::WakeUpAfterSilence(session, session.screen.tmrKeepAliveEnhance, [&] { return ReconnectNissan(session); });
-    session.shell.processEvents();
 
     if (session.SilenceCount < obd::kKeepAliveGiveUpAt && !session.LinkDown) {
         if (!session.link.IsPortOpen())
