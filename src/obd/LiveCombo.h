@@ -27,6 +27,7 @@ const ComboReading& GenericComboReading();
 // cmdRequestLiveCombo: polls the five cmbPid slots while the combo tab is shown, until
 // cmdStopLiveCombo, a tab change, a lost session or six silent replies in a row.
 void StartLiveCombo(Session& session);
+// The same loop for any module, reading its slots its own way.
 void RunLiveCombo(Session& session, const ComboReading& reading);
 
 // One pass over the five slots. False when the unit stayed silent and polling must end.
