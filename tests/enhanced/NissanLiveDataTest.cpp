@@ -62,7 +62,7 @@ TEST(NissanLiveData, UntickedRowsAreHighlightedButNotAsked)
 
     car.stopAfter(grid.rows() - 1);
     car.session.LastFrame.clear();
-    RunNissanLiveData(car.session);
+    StartModuleLiveData(car.session);
 
     EXPECT_NE(car.session.LastFrame.find("22" + second + "0401"), std::string::npos) << car.session.LastFrame;
     EXPECT_FALSE(grid.text(2, obd::ValueColumn).empty());
