@@ -7,7 +7,6 @@ namespace kvx::sim {
 
 namespace {
 
-constexpr double kWarmUp = 180.0;  // seconds of idle before the first drive
 constexpr double kCycle = 120.0;   // one pull-away, cruise, brake, stop
 
 // Small repeatable jitter in [-1, 1] for a moment, so a value does not sit still.
@@ -43,8 +42,8 @@ EngineState engineStateAt(double seconds, unsigned long long seed)
     s.catalystC = 18.0 + 560.0 * (1.0 - std::exp(-t / 120.0));
     s.closedLoop = s.coolantC > 40.0;
 
-    const bool driving = t >= kWarmUp;
-    const double c = driving ? std::fmod(t - kWarmUp, kCycle) : 0.0;
+    const bool driving = t >= kWarmUpIdle;
+    const double c = driving ? std::fmod(t - kWarmUpIdle, kCycle) : 0.0;
     const bool accelerating = driving && c < 20;
     const double cycleSpeed = driving ? speedInCycle(c) : 0.0;
     s.speedKmh = cycleSpeed > 1.0 ? cycleSpeed + 0.5 * jitter(t, seed, 1) : cycleSpeed;

@@ -28,6 +28,9 @@ struct EngineState {
     bool closedLoop = false;
 };
 
+// Seconds of idle (in park) after the engine start before the first drive.
+inline constexpr double kWarmUpIdle = 180.0;
+
 // A cold start, a few minutes of idle while the engine warms, then town driving in a repeating
 // cycle (pull away, cruise, brake, wait at a light). seconds counts from the engine start.
 EngineState engineStateAt(double seconds, unsigned long long seed);

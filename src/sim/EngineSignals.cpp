@@ -4,11 +4,6 @@
 
 namespace kvx::sim {
 
-namespace {
-// The car idles in park this long after the start before it drives off.
-constexpr double kParkedSeconds = 180.0;
-} // namespace
-
 double injectionMs(const EngineState& s) { return 1.9 + s.loadPct * 0.055; }
 
 double idleValvePct(const EngineState& s)
@@ -34,7 +29,7 @@ int gearAt(const EngineState& s)
     return s.speedKmh < 60 ? 3 : 4;
 }
 
-bool inPark(const EngineState& s) { return s.runSeconds < kParkedSeconds; }
+bool inPark(const EngineState& s) { return s.runSeconds < kWarmUpIdle; }
 
 bool waitingAtLight(const EngineState& s) { return !inPark(s) && s.speedKmh < 1.0; }
 

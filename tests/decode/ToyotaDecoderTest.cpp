@@ -69,12 +69,9 @@ TEST(ToyotaDecoder, ValuesAtTheEdgesAndInBothUnitSystems)
     EXPECT_EQ(d.SensorValue(1, 0, b1, 2), "750 rpm");
     EXPECT_EQ(d.SensorValue(3, 0, b1, 1), "70 km/h");
     EXPECT_EQ(d.SensorValue(3, 0, b1, 2), "43 mph");
-    EXPECT_EQ(d.SensorValue(3, 0, reply("B1000000"), 1), "0 km/h");
     EXPECT_EQ(d.SensorValue(3, 0, reply("B2000000"), 1), "-64.0 \u00B0");
-    EXPECT_EQ(d.SensorValue(3, 0, reply("B20000FF"), 1), "63.5 \u00B0");
     EXPECT_EQ(d.SensorValue(1, 0, reply("C100FF8C"), 2), "-40 \u00B0F");
     EXPECT_EQ(d.SensorValue(2, 0, reply("C100FF8C"), 1), "215 \u00B0C");
-    EXPECT_EQ(d.SensorValue(3, 0, reply("C100FF8C"), 1), "14.0 V");
     EXPECT_EQ(d.SensorValue(1, 0, reply("B2FFFF80"), 1), "655.35 ms");
     EXPECT_EQ(d.SensorValue(1, 0, reply("E28000", "84F110"), 1), "0.0 %") << "a KWP2000 message";
 }

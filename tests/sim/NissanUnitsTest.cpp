@@ -16,10 +16,7 @@ const char* const kSupportRequests[] = {"1100", "1120", "1140", "1200", "1220", 
 
 // A bench woken the way the Nissan modes wake a unit: fast init with "81 <unit> FC 81".
 struct NissanBench : kvx::test::SimBench {
-    explicit NissanBench(const std::string& unit, VehicleConfig config = {}) : SimBench(std::move(config)), unit(unit)
-    {
-        link.SetP3Delay(55);
-    }
+    explicit NissanBench(const std::string& unit) : unit(unit) {}
     bool start(bool reconnect = false)
     {
         const std::string header = "81" + unit + "FC81";

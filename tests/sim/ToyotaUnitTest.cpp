@@ -92,14 +92,4 @@ TEST(ToyotaUnit, GenericDiscoveryClaimsNothingAboveItsRanges)
     EXPECT_EQ(bench.engine("B0").substr(6, 4), "41B0");
 }
 
-TEST(ToyotaUnit, ASilentEngineUnitLeavesThePollingEmpty)
-{
-    GenericBench bench;
-    ASSERT_TRUE(bench.started);
-    bench.vehicle.setSilent(0x10, true);
-    EXPECT_EQ(bench.engine("B1"), "");
-    bench.vehicle.setSilent(0x10, false);
-    EXPECT_NE(bench.engine("B1"), "");
-}
-
 } // namespace kvx::sim::test
