@@ -1,5 +1,7 @@
 #include "app/SessionActions.h"
 
+#include "enhanced/Modules.h"
+#include "enhanced/NissanKeepAlive.h"
 #include "link/LinkSession.h"
 #include "log/Recorder.h"
 #include "obd/CommandGuard.h"
@@ -71,10 +73,8 @@ MainActions BindSessionActions(Session& s, const std::string& programFolder)
         s.SilenceCount = 0;
     };
     a.ConnectModule = [&s](int module) {
-        s.ModuleIndex = module;
         bool connected = false;
-        if (module == ModuleGeneric)
-            obd::RunLinkCommand(s, [&] { connected = obd::ConnectEcu(s); });
+        obd::RunLinkCommand(s, [&] { connected = enhanced::ConnectModule(s, module); });
         return connected;
     };
     a.Disconnect = [&s] { obd::Disconnect(s); };
@@ -83,16 +83,20 @@ MainActions BindSessionActions(Session& s, const std::string& programFolder)
         s.SilenceCount = 0;
         obd::RediscoverSupportedPids(s);
     });
-    a.RequestMode1 = guarded([&s] { obd::StartLiveData(s); });
+    a.RequestMode1 = guarded([&s] { enhanced::StartModuleLiveData(s); });
     a.Stop = [&s] { obd::StopLiveData(s); };
     a.GridMode1Click = [&s](int row, int) { obd::ToggleLiveDataRow(s, row); };
     a.KeepAliveTick = guarded([&s, waiting] {
         if (!*waiting)
             obd::KeepAliveTick(s);
     });
+    a.KeepAliveEnhanceTick = guarded([&s, waiting] {
+        if (!*waiting)
+            enhanced::NissanKeepAliveTick(s);
+    });
     a.ModeOnce = [&s, guarded](int index) { guarded([&s, index] { obd::ClickModeOnce(s, index); })(); };
     a.ReadVin = guarded([&s] { obd::ReadVehicleId(s); });
-    a.RequestLiveCombo = guarded([&s] { obd::StartLiveCombo(s); });
+    a.RequestLiveCombo = guarded([&s] { enhanced::StartModuleLiveCombo(s); });
     a.StopLiveCombo = [&s] { obd::StopLiveCombo(s); };
     a.RequestMode2 = guarded([&s] { obd::RequestFreezeFrame(s); });
     a.Mode3 = guarded([&s] { obd::RequestStoredCodes(s); });

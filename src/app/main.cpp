@@ -100,12 +100,47 @@ void TakeScreenshots(app::frmMain& window, Session& session, settings::SettingsE
         whilePolling(3000, actions.RequestLiveCombo, actions.StopLiveCombo, [&] { shot("frmMain-LiveDataCombo"); });
 
         actions.Disconnect();
+
+        // The manufacturer modules on the same car; the Nissan engine's live data is recorded.
+        std::string nissanRecording;
+        const std::pair<int, const char*> modules[] = {{ModuleNissanEcu, "frmMain-NissanEngine"},
+                                                       {ModuleNissanTcu, "frmMain-NissanTransmission"},
+                                                       {ModuleToyota, "frmMain-Toyota"}};
+        for (const auto& [module, name] : modules) {
+            const bool connected = actions.ConnectModule(module);
+            if (connected) {
+                screen.TabStrip1.select(0);
+                actions.LogToggled(module == ModuleNissanEcu);
+                whilePolling(5000, actions.RequestMode1, actions.Stop, [&, name = name] { shot(name); });
+                actions.LogToggled(false);
+                if (module == ModuleNissanEcu)
+                    nissanRecording = session.LogPath;
+            } else {
+                shot(name);
+            }
+            if (connected && module == ModuleToyota) {
+                screen.TabStrip1.select(1);
+                for (std::size_t slot = 0; slot < screen.cmbPid.size(); ++slot)
+                    screen.cmbPid[slot].setCurrentIndex(int(slot) * 2 + 1);
+                whilePolling(3000, actions.RequestLiveCombo, actions.StopLiveCombo,
+                             [&] { shot("frmMain-ToyotaCombo"); });
+            }
+            actions.Disconnect();
+        }
+
         screen.TabStrip1.select(0);
         window.toolbarClick(QStringLiteral("Log Controller"));
         if (auto* player = qobject_cast<log::frmLogController*>(window.logController())) {
             player->setFileChooser([recording] { return QString::fromStdString(recording); });
             player->imgOpen_Click();
             save(*player, folder, "frmLogController");
+            if (!nissanRecording.empty()) {
+                player->setFileChooser([nissanRecording] { return QString::fromStdString(nissanRecording); });
+                player->imgOpen_Click();
+                player->controller().setSpeed(0);
+                player->controller().play();
+                shot("frmMain-NissanReplay");
+            }
             player->close();
         }
         QApplication::exit(0);

@@ -1,9 +1,9 @@
 #include "cli/Command.h"
 #include "cli/ConsoleSession.h"
+#include "enhanced/Modules.h"
 #include "log/Recorder.h"
 
 #include "obd/CommandGuard.h"
-#include "obd/Connection.h"
 #include "obd/Disconnect.h"
 #include "obd/LiveData.h"
 
@@ -13,6 +13,7 @@
 #include <QRegularExpression>
 #include <csignal>
 #include <cstdio>
+#include <map>
 #include <set>
 
 namespace kvx::cli {
@@ -27,16 +28,32 @@ void onInterrupt(int)
     interrupted = 1;
 }
 
-// Leaves ticked only the grid rows of the wanted parameters (all when none are named) and
-// names the wanted ones the unit does not support.
+// The modules by the names --module takes, in the selection window's order.
+const std::map<QString, int> kModules = {{"generic", ModuleGeneric},
+                                         {"nissan-ecu", ModuleNissanEcu},
+                                         {"nissan-tcu", ModuleNissanTcu},
+                                         {"toyota", ModuleToyota}};
+
+// A row is wanted when its identifier starts with one of the names given (a Toyota parameter
+// "C1" takes all its sub-values, a Nissan register "1301" all its switches).
+bool isWanted(const std::string& id, const std::set<std::string>& wanted)
+{
+    for (const std::string& w : wanted)
+        if (id.compare(0, w.size(), w) == 0)
+            return true;
+    return false;
+}
+
+// Leaves ticked only the grid rows of the wanted items (all when none are named) and names the
+// wanted ones the unit does not offer.
 std::set<std::string> selectRows(Session& session, const std::set<std::string>& wanted)
 {
     std::set<std::string> missing = wanted;
     GridModel& grid = session.screen.GridMode1;
     for (int row = 1; row < grid.rows(); ++row) {
-        const std::string pid = grid.text(row, obd::PidColumn);
-        missing.erase(pid);
-        if (!wanted.empty() && !wanted.count(pid))
+        const std::string id = grid.text(row, obd::PidColumn);
+        std::erase_if(missing, [&id](const std::string& w) { return id.compare(0, w.size(), w) == 0; });
+        if (!wanted.empty() && !isWanted(id, wanted))
             obd::ToggleLiveDataRow(session, row);
     }
     return missing;
@@ -58,13 +75,17 @@ int runLive(const QStringList& args)
 {
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral(
-        "Connects as the window's \"OBD II GENERIC\" does and polls live data (service 01), one line per "
-        "parameter per pass: pass, PID, description and both value texts."));
+        "Connects as the window's module buttons do and polls live data, one line per item per pass: pass, "
+        "identifier, description and both value texts."));
     parser.addHelpOption();
     AddConnectionOptions(parser);
     parser.addOption({"log", "Record the passes into the Log folder beside kvx, as the window's Log box does."});
+    parser.addOption({"module", "generic (service 01, the default), nissan-ecu, nissan-tcu or toyota.", "M", "generic"});
     parser.addOption({"count", "Passes to run; 0 polls until the unit falls silent or kvx is stopped.", "N", "0"});
-    parser.addPositionalArgument("PID", "Parameters to poll as two hex digits (all supported when none).", "[PID...]");
+    parser.addPositionalArgument("ID",
+                                 "Items to poll (all the unit offers when none): a generic PID (0C), a Nissan "
+                                 "identifier (1101, or 1301 for its switches) or a Toyota parameter (C1, or B101).",
+                                 "[ID...]");
     if (const auto code = ParseCommandLine(parser, args))
         return *code;
 
@@ -76,28 +97,40 @@ int runLive(const QStringList& args)
     const long count = parser.value("count").toLong(&ok);
     if (!ok || count < 0)
         return Fail(args.value(0) + ": --count takes a number of passes (0 for no end), not '" + parser.value("count") + "'");
+    const auto module = kModules.find(parser.value("module").toLower());
+    if (module == kModules.end())
+        return Fail(args.value(0) + ": --module is generic, nissan-ecu, nissan-tcu or toyota, not '" +
+                    parser.value("module") + "'");
     std::set<std::string> wanted;
     static const QRegularExpression twoHex(QStringLiteral("^[0-9A-Fa-f]{2}$"));
-    for (const QString& pid : parser.positionalArguments()) {
-        if (!twoHex.match(pid).hasMatch())
-            return Fail(args.value(0) + ": a PID is two hex digits (0C, 0D, ...), not '" + pid + "'");
-        wanted.insert(pid.toUpper().toStdString());
+    static const QRegularExpression itemId(QStringLiteral("^[0-9A-Fa-f]{2}([0-9A-Fa-f]{2})?$"));
+    const bool generic = module->second == ModuleGeneric;
+    for (const QString& id : parser.positionalArguments()) {
+        if (!(generic ? twoHex : itemId).match(id).hasMatch())
+            return Fail(args.value(0) +
+                        (generic ? ": a PID is two hex digits (0C, 0D, ...), not '"
+                                 : ": an item is two or four hex digits (C1, 1101, ...), not '") +
+                        id + "'");
+        wanted.insert(id.toUpper().toStdString());
     }
 
     Session& session = console->session();
     MainScreen& screen = console->screen();
 
-    if (!obd::ConnectEcu(session)) {
+    bool connected = false;
+    if (!obd::RunLinkCommand(session, [&] { connected = enhanced::ConnectModule(session, module->second); }))
+        return 1;
+    if (!connected) {
         std::fprintf(stderr, "%s: %s\n", qPrintable(args.value(0)),
                      screen.StatusBar1.text(1).empty() ? "the connection failed" : screen.StatusBar1.text(1).c_str());
         return 1;
     }
     const std::set<std::string> missing = selectRows(session, wanted);
     for (const std::string& pid : missing)
-        std::fprintf(stderr, "PID %s is not supported by unit %s; left out\n", pid.c_str(), session.EcuAddress.c_str());
+        std::fprintf(stderr, "%s is not offered by the unit; left out\n", pid.c_str());
     if (!wanted.empty() && missing.size() == wanted.size()) {
         obd::Disconnect(session);
-        return Fail(args.value(0) + ": none of the PIDs asked for is supported");
+        return Fail(args.value(0) + ": none of the items asked for is offered by the unit");
     }
     if (parser.isSet("log")) {
         if (!log::StartLogging(session, QCoreApplication::applicationDirPath().toStdString(),
@@ -114,7 +147,7 @@ int runLive(const QStringList& args)
     bool unitAnswers = true;
     for (long pass = 1; unitAnswers && session.Busy && !session.LinkDown && (count == 0 || pass <= count) && !interrupted; ++pass) {
         const bool linkOk = obd::RunLinkCommand(
-            session, [&] { unitAnswers = obd::PollLiveData(session, session.HeaderByte1, session.HeaderByte2); });
+            session, [&] { unitAnswers = enhanced::PollModuleLiveData(session); });
         if (!linkOk) {
             log::StopLogging(session);
             return 1;
@@ -127,7 +160,7 @@ int runLive(const QStringList& args)
     return ended ? 1 : 0;
 }
 
-const RegisterCommand live{{"live", "poll live data (service 01) as the LIVE DATA tab does", runLive}};
+const RegisterCommand live{{"live", "poll live data of any module as the LIVE DATA tab does", runLive}};
 
 } // namespace
 

@@ -42,6 +42,19 @@ void StartModuleLiveData(Session& session)
     }
 }
 
+bool PollModuleLiveData(Session& session)
+{
+    switch (session.ModuleIndex) {
+    case ModuleNissanEcu:
+    case ModuleNissanTcu:
+        return PollNissanLiveData(session);
+    case ModuleToyota:
+        return PollToyotaLiveData(session, session.HeaderByte1, session.HeaderByte2);
+    default:
+        return obd::PollLiveData(session, session.HeaderByte1, session.HeaderByte2);
+    }
+}
+
 void StartModuleLiveCombo(Session& session)
 {
     // The Nissan units have no combined view; their tab strip does not offer it.

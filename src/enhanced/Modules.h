@@ -14,4 +14,8 @@ bool ConnectModule(Session& session, int moduleIndex);
 void StartModuleLiveData(Session& session);
 void StartModuleLiveCombo(Session& session);
 
+// One pass of the connected module's live data (kvx prints between passes). False when the unit
+// stayed silent and the session has ended.
+bool PollModuleLiveData(Session& session);
+
 } // namespace kvx::enhanced

@@ -148,6 +148,8 @@ void SetToolbarConnected(Session& session, bool connected)
     MainScreen& screen = session.screen;
     screen.control("Connect").setEnabled(!connected);
     screen.control("Disconnect").setEnabled(connected);
+    // A manufacturer session holds its settings for as long as it stands.
+    screen.control("Setting").setEnabled(!connected || session.ModuleIndex == ModuleGeneric);
     for (const char* start : {"cmdRequestMode1", "cmdRequestLiveCombo"})
         screen.control(start).setEnabled(connected);
     // The diagnostic services speak only to a unit opened by the generic module.

@@ -67,8 +67,9 @@ std::string FirstReplyProblem(const std::string& reply);
 // answered.
 bool ReconnectEcu(Session& session);
 
-// Sets the toolbar's Connect / Disconnect buttons and the service buttons for a closed or an
-// open session; the diagnostic services need the generic module as well.
+// Sets the toolbar's Connect / Disconnect / Setting buttons and the service buttons for a closed
+// or an open session; the diagnostic services need the generic module as well, and the settings
+// stay closed while a manufacturer module is connected.
 void SetToolbarConnected(Session& session, bool connected);
 
 } // namespace kvx::obd

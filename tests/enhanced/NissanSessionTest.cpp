@@ -20,6 +20,7 @@ TEST(NissanConnect, TransmissionUnitIsWokenByFastInitAndListedAs10)
     EXPECT_EQ(car.screen.cmbModule.items(), std::vector<std::string>{"10"});
     EXPECT_EQ(car.screen.cmbModule.text(), "10");
     EXPECT_TRUE(car.screen.control("chkLog").enabled());
+    EXPECT_FALSE(car.screen.control("Setting").enabled());
     EXPECT_TRUE(car.screen.tmrKeepAliveEnhance.enabled());
     EXPECT_FALSE(car.screen.tmrKeepAlive.enabled());
     EXPECT_EQ(car.screen.StatusBar1.text(1), "");
@@ -78,6 +79,7 @@ TEST(NissanConnect, SilentUnitFailsWithInitFailedAndTheTimerOff)
     EXPECT_TRUE(car.session.LinkDown);
     EXPECT_FALSE(car.screen.tmrKeepAliveEnhance.enabled());
     EXPECT_TRUE(car.screen.control("Connect").enabled());
+    EXPECT_TRUE(car.screen.control("Setting").enabled());
     EXPECT_TRUE(car.shell.boxes.empty());
 }
 
