@@ -65,7 +65,13 @@ void TakeScreenshots(app::frmMain& window, Session& session, settings::SettingsE
             save(selection, folder, "frmSelection");
         }
         auto shot = [&window, folder](const char* name) { save(window, folder, name); };
-        if (!actions.ConnectModule(ModuleGeneric)) {
+        // Modules are chosen as a user chooses them, so each gets its own tab set.
+        auto choose = [&](int module) {
+            enhanced::frmSelection selection(session.screen, actions.ConnectModule, &window);
+            selection.Command1_Click(module);
+            return selection.result() == QDialog::Accepted;
+        };
+        if (!choose(ModuleGeneric)) {
             shot("frmMain");
             QApplication::exit(1);
             return;
@@ -107,11 +113,11 @@ void TakeScreenshots(app::frmMain& window, Session& session, settings::SettingsE
                                                        {ModuleNissanTcu, "frmMain-NissanTransmission"},
                                                        {ModuleToyota, "frmMain-Toyota"}};
         for (const auto& [module, name] : modules) {
-            const bool connected = actions.ConnectModule(module);
+            const bool connected = choose(module);
             if (connected) {
                 screen.TabStrip1.select(0);
                 actions.LogToggled(module == ModuleNissanEcu);
-                whilePolling(5000, actions.RequestMode1, actions.Stop, [&, name = name] { shot(name); });
+                whilePolling(9000, actions.RequestMode1, actions.Stop, [&, name = name] { shot(name); });
                 actions.LogToggled(false);
                 if (module == ModuleNissanEcu)
                     nissanRecording = session.LogPath;

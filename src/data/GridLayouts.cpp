@@ -31,7 +31,11 @@ void LayoutO2SensorGrid(MainScreen& screen)
 
 void LayoutLiveDataGrid(MainScreen& screen)
 {
-    GridModel& grid = screen.GridMode1;
+    LayoutLiveDataGrid(screen.GridMode1);
+}
+
+void LayoutLiveDataGrid(GridModel& grid)
+{
     // Clearing blanks the whole heading row; the marker column's heading is not ours to change.
     const GridCell markerHeading = grid.cell(0, 0);
     grid.clear();

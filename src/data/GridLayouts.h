@@ -1,6 +1,7 @@
 #pragma once
 
 namespace kvx {
+class GridModel;
 class MainScreen;
 }
 
@@ -11,5 +12,6 @@ void LayoutMonitorTestGrid(MainScreen& screen);
 void LayoutO2SensorGrid(MainScreen& screen);
 // Column 0 (the marker column) keeps its heading; "UNIT" heads both value columns.
 void LayoutLiveDataGrid(MainScreen& screen);
+void LayoutLiveDataGrid(GridModel& grid);
 
 } // namespace kvx::data

@@ -81,6 +81,7 @@ bool connect(Session& session)
     screen.cmbModule.clear();
     screen.cmbModule.addItem("10");
     screen.cmbModule.setCurrentIndex(0);
+    screen.control("cmbModule").setVisible(true);
 
     std::string dots;
     for (const char* request : kSupportRequests) {

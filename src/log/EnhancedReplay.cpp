@@ -1,5 +1,6 @@
 #include "log/EnhancedReplay.h"
 
+#include "data/GridLayouts.h"
 #include "link/decode/NissanDecoder.h"
 #include "link/decode/ToyotaDecoder.h"
 #include "obd/LiveData.h"
@@ -16,15 +17,6 @@ constexpr int kToyotaMaxByte = 8;
 constexpr int kToyotaMaxBit = 8;
 
 unsigned char uchar(char c) { return static_cast<unsigned char>(c); }
-
-int addSensorRow(GridModel& grid, const std::string& id, const std::string& name)
-{
-    const int row = grid.addRow();
-    grid.setCell(row, obd::MarkerColumn, obd::MarkerCell(obd::kTickedMarker));
-    grid.setText(row, obd::PidColumn, id);
-    grid.setText(row, obd::DescriptionColumn, name);
-    return row;
-}
 
 bool isSwitchRegister(const std::string& identifier) { return identifier.rfind("13", 0) == 0; }
 
@@ -50,7 +42,7 @@ FrameHandler NissanFrameHandler(GridModel& grid, const link::NissanDecoder& deco
 {
     FrameHandler handler;
     handler.prepare = [&grid, &decoder, moduleIndex](const std::vector<std::string>& frames) {
-        grid.clear();
+        data::LayoutLiveDataGrid(grid);
         const int module = moduleIndex();
         std::set<std::string> seen;
         for (const auto& frame : frames) {
@@ -58,14 +50,14 @@ FrameHandler NissanFrameHandler(GridModel& grid, const link::NissanDecoder& deco
             if (id.empty() || !seen.insert(id).second)
                 continue;
             if (!isSwitchRegister(id)) {
-                addSensorRow(grid, id, decoder.SensorName(id, module));
+                AddReplayRow(grid, id, decoder.SensorName(id, module));
                 continue;
             }
             for (int bit = 0; bit <= 7; ++bit) {
                 const std::string switchId = id + " " + std::to_string(bit);
                 const std::string name = decoder.SensorName(switchId, module);
                 if (!name.empty())
-                    addSensorRow(grid, switchId, name);
+                    AddReplayRow(grid, switchId, name);
             }
         }
     };
@@ -94,7 +86,7 @@ FrameHandler ToyotaFrameHandler(GridModel& grid, const link::ToyotaDecoder& deco
 {
     FrameHandler handler;
     handler.prepare = [&grid, &decoder](const std::vector<std::string>& frames) {
-        grid.clear();
+        data::LayoutLiveDataGrid(grid);
         std::set<std::string> seen;
         for (const auto& frame : frames) {
             const std::string parameter = toyotaParameter(toyotaMessage(frame));
@@ -104,7 +96,7 @@ FrameHandler ToyotaFrameHandler(GridModel& grid, const link::ToyotaDecoder& deco
                 for (int b = 0; b <= kToyotaMaxBit; ++b) {
                     const std::string name = decoder.SensorName(parameter, a, b);
                     if (!name.empty())
-                        addSensorRow(grid, parameter + twoDigits(a) + " " + std::to_string(b), name);
+                        AddReplayRow(grid, parameter + twoDigits(a) + " " + std::to_string(b), name);
                 }
         }
     };

@@ -1,11 +1,21 @@
 #include "log/ReplayFrames.h"
 
+#include "data/GridLayouts.h"
 #include "obd/LiveData.h"
 #include "session/GridModel.h"
 
 #include <set>
 
 namespace kvx::log {
+
+int AddReplayRow(GridModel& grid, const std::string& id, const std::string& description)
+{
+    const int row = grid.addRow();
+    grid.setCell(row, obd::MarkerColumn, obd::MarkerCell(obd::kTickedMarker));
+    grid.setText(row, obd::PidColumn, id);
+    grid.setText(row, obd::DescriptionColumn, description);
+    return row;
+}
 
 std::string FramePid(const std::string& frame)
 {
@@ -16,16 +26,13 @@ FrameHandler GenericFrameHandler(GridModel& grid, LiveDecoding decoding)
 {
     FrameHandler handler;
     handler.prepare = [&grid, decoding](const std::vector<std::string>& frames) {
-        grid.clear();
+        data::LayoutLiveDataGrid(grid);
         std::set<std::string> seen;
         for (const auto& frame : frames) {
             const std::string pid = FramePid(frame);
             if (pid.empty() || !seen.insert(pid).second)
                 continue;
-            const int row = grid.addRow();
-            grid.setCell(row, 0, obd::MarkerCell(obd::kTickedMarker));
-            grid.setText(row, 1, pid);
-            grid.setText(row, 2, decoding.describe(pid));
+            AddReplayRow(grid, pid, decoding.describe(pid));
         }
     };
     handler.show = [&grid, decoding](const std::string& frame) {

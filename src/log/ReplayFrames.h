@@ -27,6 +27,9 @@ struct LiveDecoding {
     std::function<std::string(const std::string& pid)> describe;
 };
 
+// Appends a ticked row for a recorded item to the replay grid; returns its index.
+int AddReplayRow(GridModel& grid, const std::string& id, const std::string& description);
+
 // The parameter of a generic live-data frame (characters 9-10), "" when the frame is too short.
 std::string FramePid(const std::string& frame);
 

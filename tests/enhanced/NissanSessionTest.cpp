@@ -19,6 +19,7 @@ TEST(NissanConnect, TransmissionUnitIsWokenByFastInitAndListedAs10)
     EXPECT_EQ(car.vehicle.record().inits.back().kind, sim::InitObservation::Kind::FastInit);
     EXPECT_EQ(car.screen.cmbModule.items(), std::vector<std::string>{"10"});
     EXPECT_EQ(car.screen.cmbModule.text(), "10");
+    EXPECT_TRUE(car.screen.control("cmbModule").visible());
     EXPECT_TRUE(car.screen.control("chkLog").enabled());
     EXPECT_FALSE(car.screen.control("Setting").enabled());
     EXPECT_TRUE(car.screen.tmrKeepAliveEnhance.enabled());
