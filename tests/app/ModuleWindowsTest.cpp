@@ -1,0 +1,81 @@
+#include "enhanced/frmSelection.h"
+#include "support/ProgramWindow.h"
+
+#include <QComboBox>
+#include <QLabel>
+#include <QTableView>
+#include <gtest/gtest.h>
+
+using namespace kvx;
+
+namespace {
+
+// Chooses a module in the selection window as the user does after pressing Connect.
+bool chooseModule(test::ProgramWindow& p, int module)
+{
+    enhanced::frmSelection selection(p.screen, p.actions.ConnectModule, p.window.get());
+    selection.show();
+    p.click(selection.findChildren<QPushButton*>("Command1").at(module));
+    return selection.result() == QDialog::Accepted;
+}
+
+// Lets a live-data loop of the window run for this many event pumps, then presses its stop.
+void runFor(test::ProgramWindow& p, const char* start, const char* stop, int pumps)
+{
+    int n = 0;
+    p.shell.onProcessEvents = [&] {
+        if (++n == pumps)
+            p.click(stop);
+    };
+    p.click(start);
+    p.shell.onProcessEvents = nullptr;
+}
+
+std::string viewText(const test::ProgramWindow& p, int row, int col)
+{
+    return p.find<QTableView>("GridMode1")->model()->index(row, col).data().toString().toStdString();
+}
+
+} // namespace
+
+TEST(ModuleWindows, NissanEngineShowsOnlyLiveDataPollsItsItemsAndHoldsTheSettingsUntilDisconnect)
+{
+    test::ProgramWindow p;
+    ASSERT_TRUE(chooseModule(p, ModuleNissanEcu));
+    const auto* tabs = p.find<QTabBar>("TabStrip1");
+    ASSERT_EQ(tabs->count(), 1);
+    EXPECT_EQ(tabs->tabText(0), "LIVE DATA");
+    EXPECT_EQ(p.find<QComboBox>("cmbModule")->currentText(), "10");
+    EXPECT_FALSE(p.window->findChild<QToolBar*>("Toolbar1")->findChild<QAction*>("Setting")->isEnabled());
+    EXPECT_EQ(viewText(p, 1, 1), "1101");
+
+    runFor(p, "cmdRequestMode1", "cmdStop", 30);
+    EXPECT_FALSE(p.session.Busy);
+    EXPECT_TRUE(QString::fromStdString(viewText(p, 1, 3)).endsWith("rpm")) << viewText(p, 1, 3);
+    EXPECT_TRUE(p.screen.tmrKeepAliveEnhance.enabled());
+
+    p.toolbar("Disconnect");
+    EXPECT_TRUE(p.window->findChild<QToolBar*>("Toolbar1")->findChild<QAction*>("Setting")->isEnabled());
+    EXPECT_FALSE(p.screen.tmrKeepAliveEnhance.enabled());
+}
+
+TEST(ModuleWindows, ToyotaComboShowsTheChosenSubValues)
+{
+    test::ProgramWindow p;
+    ASSERT_TRUE(chooseModule(p, ModuleToyota));
+    auto* tabs = p.find<QTabBar>("TabStrip1");
+    ASSERT_EQ(tabs->count(), 2);
+    EXPECT_EQ(tabs->tabText(1), "LIVE DATA COMBO");
+    tabs->setCurrentIndex(1);
+
+    auto* first = p.window->findChildren<QComboBox*>("cmbPid").at(0);
+    const int coolant = first->findText("C101 0 - ", Qt::MatchStartsWith);
+    ASSERT_GT(coolant, 0);
+    first->setCurrentIndex(coolant);
+    emit first->activated(coolant);
+    runFor(p, "cmdRequestLiveCombo", "cmdStopLiveCombo", 10);
+
+    const auto labels = p.window->findChildren<QLabel*>("lblPid");
+    EXPECT_TRUE(labels.at(0)->text().endsWith("°C")) << labels.at(0)->text().toStdString();
+    EXPECT_TRUE(p.window->findChildren<QLabel*>("lblPida").at(0)->text().endsWith("°F"));
+}
