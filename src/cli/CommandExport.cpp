@@ -19,7 +19,7 @@ kvx::log::LiveDecoding liveDecoding()
 int runExport(const QStringList& args)
 {
     QCommandLineParser parser;
-    parser.setApplicationDescription("Writes a generic live-data log as CSV, one row per frame.");
+    parser.setApplicationDescription("Writes a live-data log as CSV: a row per frame, or per item of a frame for Nissan and Toyota logs.");
     parser.addHelpOption();
     parser.addPositionalArgument("FILE.log", "The log to export.");
     parser.addOption({{"o", "output"}, "The CSV file to write (default: the log's name with .csv).", "FILE.csv"});
@@ -62,6 +62,6 @@ int runExport(const QStringList& args)
 }
 
 const kvx::cli::RegisterCommand kExport{
-    {"export", "write a generic live-data log as CSV (frame, PID, description, metric, US)", runExport}};
+    {"export", "write a live-data log as CSV (frame, PID or item, description, metric, US)", runExport}};
 
 } // namespace

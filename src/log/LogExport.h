@@ -11,14 +11,15 @@ namespace kvx::log {
 std::string CsvField(const std::string& text);
 
 struct ExportResult {
-    long frames = 0;     // rows written
+    long frames = 0;     // frames read (a Nissan register or a Toyota parameter gives a line per item)
     std::string damage;  // why the export stopped before the end of the file, "" when it did not
 };
 
-// Writes a generic live-data log as CSV, a heading line then one line per frame: frame number
-// (from 1), parameter, its description, the metric and the US value texts. Rows up to a damaged
-// record are kept and the damage reported. Throws LogError when the file cannot be read or is
-// not a generic live-data log.
+// Writes a live-data log as CSV, a heading line then a line per item of each frame: frame number
+// (from 1), parameter or item, its description, the metric and the US value texts. Generic logs
+// are decoded with the given decoding, Nissan engine and Toyota logs with their makes' decoders.
+// Rows up to a damaged record are kept and the damage reported. Throws LogError when the file
+// cannot be read or is not a log the player shows.
 ExportResult ExportCsv(const std::string& logPath, const LiveDecoding& decoding, std::ostream& out);
 
 } // namespace kvx::log

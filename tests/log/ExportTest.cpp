@@ -1,5 +1,6 @@
 #include "LogTestRig.h"
 
+#include "link/decode/NissanDecoder.h"
 #include "log/LogExport.h"
 #include "log/LogFormat.h"
 
@@ -34,13 +35,42 @@ TEST(Export, EachFrameIsOneRowWithQuotedFieldsWhereNeeded)
                          "3,0C,\"Speed, 0C\",\"1,5 \"\"km/h\"\"\",0.9 mph\r\n");
 }
 
+TEST(Export, NissanAndToyotaFramesGiveALinePerItemTheyCarry)
+{
+    test::LogRig rig;
+    const link::NissanDecoder nissan;
+    const std::string speed = "05621101" "04D2";
+    const std::string switches = "04621302" "81";
+    const std::string nissanLog = rig.file("Log/n.log");
+    test::writeLog(nissanLog, kNissanEcuHeader, "3", {speed, "037F2231", switches});
+    std::ostringstream csv;
+    EXPECT_EQ(ExportCsv(nissanLog, awkwardDecoding(), csv).frames, 3);
+    const std::string text = csv.str();
+    EXPECT_EQ(text.rfind("Frame,Item,Description,Metric,US\r\n", 0), 0u);
+    EXPECT_NE(text.find("1,1101," + CsvField(nissan.SensorName("1101", 1)) + "," +
+                        CsvField(nissan.SensorValue(speed, 1, 0, 1)) + "," + CsvField(nissan.SensorValue(speed, 2, 0, 1))),
+              std::string::npos);
+    EXPECT_NE(text.find("\r\n2,,,,\r\n"), std::string::npos);
+    // Register 1302 gives a line per named switch, bit 7 (set here) among them.
+    EXPECT_NE(text.find("3,1302 7," + nissan.SensorName("1302 7", 1) + ",ON,\r\n"), std::string::npos);
+    EXPECT_NE(text.find("3,1302 1," + nissan.SensorName("1302 1", 1) + ",OFF,\r\n"), std::string::npos);
+
+    const std::string toyotaLog = rig.file("Log/t.log");
+    test::writeLog(toyotaLog, kToyotaHeader, "3", {"486B1041C1" "5A" "40" "B0" "00 C101 0"});
+    std::ostringstream toyota;
+    EXPECT_EQ(ExportCsv(toyotaLog, awkwardDecoding(), toyota).frames, 1);
+    // One reply of C1 gives every sub-value of C1.
+    for (const char* label : {"\r\n1,C101 0,", "\r\n1,C102 0,", "\r\n1,C103 0,"})
+        EXPECT_NE(toyota.str().find(label), std::string::npos) << label;
+}
+
 TEST(Export, OtherLogsAreRefusedAndADamagedOneKeepsItsGoodRows)
 {
     test::LogRig rig;
-    const std::string nissan = rig.file("Log/n.log");
-    test::writeLog(nissan, kNissanEcuHeader, "3", {"0562110004"});
+    const std::string gearbox = rig.file("Log/n.log");
+    test::writeLog(gearbox, kNissanTcuHeader, "3", {"0562110004"});
     std::ostringstream ignored;
-    EXPECT_THROW(ExportCsv(nissan, awkwardDecoding(), ignored), LogError);
+    EXPECT_THROW(ExportCsv(gearbox, awkwardDecoding(), ignored), LogError);
 
     const std::string cut = rig.file("Log/cut.log");
     test::writeLog(cut, kGenericHeader, "3", {liveFrame("0D", "01"), liveFrame("0D", "02")});
