@@ -2,7 +2,6 @@
 #include "support/ProgramWindow.h"
 
 #include <QComboBox>
-#include <QLabel>
 #include <QTableView>
 #include <gtest/gtest.h>
 
@@ -59,23 +58,3 @@ TEST(ModuleWindows, NissanEngineShowsOnlyLiveDataPollsItsItemsAndHoldsTheSetting
     EXPECT_FALSE(p.screen.tmrKeepAliveEnhance.enabled());
 }
 
-TEST(ModuleWindows, ToyotaComboShowsTheChosenSubValues)
-{
-    test::ProgramWindow p;
-    ASSERT_TRUE(chooseModule(p, ModuleToyota));
-    auto* tabs = p.find<QTabBar>("TabStrip1");
-    ASSERT_EQ(tabs->count(), 2);
-    EXPECT_EQ(tabs->tabText(1), "LIVE DATA COMBO");
-    tabs->setCurrentIndex(1);
-
-    auto* first = p.window->findChildren<QComboBox*>("cmbPid").at(0);
-    const int coolant = first->findText("C101 0 - ", Qt::MatchStartsWith);
-    ASSERT_GT(coolant, 0);
-    first->setCurrentIndex(coolant);
-    emit first->activated(coolant);
-    runFor(p, "cmdRequestLiveCombo", "cmdStopLiveCombo", 10);
-
-    const auto labels = p.window->findChildren<QLabel*>("lblPid");
-    EXPECT_TRUE(labels.at(0)->text().endsWith("°C")) << labels.at(0)->text().toStdString();
-    EXPECT_TRUE(p.window->findChildren<QLabel*>("lblPida").at(0)->text().endsWith("°F"));
-}

@@ -43,23 +43,6 @@ TEST(SettingsWindow, TypedP3IsCappedAndApplyStoresWhatTheFieldsHold)
     EXPECT_EQ(p.window->findChild<QSlider*>("sldSpeedP3")->value(), 500);
 }
 
-TEST(SettingsWindow, DefaultAppliesTheDefaultSetAndKeepsThePort)
-{
-    Program p;
-    settings::SettingsEditor editor(p.session);
-    settings::frmSetting dialog(editor);
-    QTest::mouseClick(dialog.findChild<QPushButton*>("cmdDefault"), Qt::LeftButton);
-    EXPECT_EQ(p.store.get("BaudRate"), "10400");
-    EXPECT_EQ(p.store.get("KeepAlive"), "700");
-    EXPECT_EQ(p.store.get("P4Delay"), "25");
-    EXPECT_EQ(p.store.get("InterByteDelay"), "5");
-    EXPECT_EQ(p.store.get("TypeProtocol"), "4");
-    EXPECT_EQ(p.store.get("Kwp2000InitDelay"), "22");
-    EXPECT_EQ(p.store.get("P3Delay"), "275");
-    EXPECT_EQ(p.store.get("Port"), "0"); // the virtual vehicle of this run, kept
-    EXPECT_EQ(dialog.findChild<QLineEdit*>("txtKeepAlive")->text(), "700");
-}
-
 TEST(MainWindowSession, ConnectedOrReplayingRefusesToCloseAndTheSliderIsSavedAtExit)
 {
     Program p;

@@ -70,26 +70,11 @@ TEST(NissanDecoder, NamesDependOnTheUnitType)
     const NissanDecoder d;
     EXPECT_EQ(d.SensorName("1101", kEngine), "Engine speed");
     EXPECT_EQ(d.SensorName("1101", kGearbox), "Turbine speed");
-    EXPECT_EQ(d.SensorName("1104", kGearbox), d.SensorName("1104", kEngine)) << "an item both units have";
     EXPECT_EQ(d.SensorName("1111", kGearbox), "") << "the engine's only";
-    EXPECT_NE(d.SensorName("1160", kEngine), "") << "row 96 is an item";
-    EXPECT_EQ(d.SensorName("1120", kEngine), "");
+    EXPECT_EQ(d.SensorName("1301 7", kEngine), "") << "an unnamed switch";
     EXPECT_EQ(d.SensorName("1101", 0), "");
-    EXPECT_EQ(d.SensorName("1101", 3), "");
     for (const char* id : {"", "110", "11011", "1301 8", "1301x2", "ZZ01"})
         EXPECT_EQ(d.SensorName(id, kEngine), "") << '"' << id << '"';
-}
-
-TEST(NissanDecoder, SwitchNamesByRegisterAndBit)
-{
-    const NissanDecoder d;
-    EXPECT_EQ(d.SensorName("1301 2", kEngine), "Park/neutral switch");
-    EXPECT_EQ(d.SensorName("1302 7", kEngine), "Brake switch");
-    EXPECT_EQ(d.SensorName("1301 0", kGearbox), "Overdrive switch");
-    EXPECT_EQ(d.SensorName("1301 7", kEngine), "") << "an unnamed bit";
-    for (char bit = '0'; bit <= '7'; ++bit)
-        EXPECT_EQ(d.SensorName(std::string("1303 ") + bit, kEngine), "") << "the register with no named bits";
-    EXPECT_NE(d.SensorName("1303", kEngine), "") << "is present all the same";
 }
 
 TEST(NissanDecoder, ValuesAtTheEdgesOfTheirBytes)

@@ -30,15 +30,5 @@ TEST(LiveCommand, ToyotaModulePollsTheChosenParameterWithBothUnits)
         EXPECT_TRUE(line.contains(" C1")) << line.toStdString();
 }
 
-TEST(LiveCommand, UnknownModuleOrItemIsAUsageError)
-{
-    CommandRun run = kvxLive({"--module", "mazda"});
-    EXPECT_EQ(run.code, 2);
-    EXPECT_TRUE(run.err.contains("nissan-ecu, nissan-tcu or toyota")) << run.err.toStdString();
-    run = kvxLive({"--module", "nissan-ecu", "11X"});
-    EXPECT_EQ(run.code, 2);
-    EXPECT_TRUE(run.err.contains("'11X'")) << run.err.toStdString();
-}
-
 } // namespace
 } // namespace kvx::enhanced

@@ -1,5 +1,4 @@
 #include "link/LinkSession.h"
-#include "obd/Disconnect.h"
 #include "session/MainScreen.h"
 #include "session/Session.h"
 #include "settings/SettingsEditor.h"
@@ -104,17 +103,6 @@ TEST(SettingsEditor, NonNumberRefusesTheWholeApply)
     EXPECT_EQ(d.session.settings.KeepAlive, 500);
     EXPECT_EQ(d.store.get("KeepAlive"), "");
     EXPECT_TRUE(d.editor.cmdApply.enabled());
-}
-
-TEST(SettingsEditor, SliderP3IsSavedAtExitWithoutApply)
-{
-    Dialog d;
-    SetP3FromSlider(d.session, 200);
-    EXPECT_EQ(d.screen.lblSpeed.text(), "200");
-    EXPECT_EQ(d.store.get("P3Delay"), "");
-    EXPECT_TRUE(obd::QueryClose(d.session));
-    EXPECT_EQ(d.store.get("P3Delay"), "200");
-    EXPECT_EQ(d.store.get("BaudRate"), "");
 }
 
 } // namespace

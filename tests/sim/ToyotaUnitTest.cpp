@@ -65,21 +65,6 @@ TEST(ToyotaUnit, BitmapsB0C0E0ReportTheParametersTheDecoderNames)
         EXPECT_TRUE(present.count(p)) << hex2(p) << " is named but not reported";
 }
 
-TEST(ToyotaUnit, EverySubValueDecodesFromTheLiveReply)
-{
-    const link::ToyotaDecoder decoder;
-    GenericBench bench;
-    ASSERT_TRUE(bench.started);
-    for (const auto& item : link::decode::toyotaItems()) {
-        const std::string message = bench.engine(hex2(item.parameter));
-        EXPECT_NE(decoder.SensorValue(item.a, item.b, message, 1), "") << item.name << " from " << message;
-    }
-    const double rpm = std::stod(decoder.SensorValue(1, 0, bench.engine("B1"), 1));
-    EXPECT_GT(rpm, 600);
-    EXPECT_LT(rpm, 1400) << "a cold idle";
-    EXPECT_EQ(decoder.SensorValue(1, 1, bench.engine("C2"), 2), "ON") << "the idle switch";
-}
-
 TEST(ToyotaUnit, GenericDiscoveryClaimsNothingAboveItsRanges)
 {
     GenericBench bench;
