@@ -1,6 +1,7 @@
 #include "enhanced/NissanConnection.h"
 
 #include "data/GridLayouts.h"
+#include "enhanced/ItemRows.h"
 #include "enhanced/NissanKeepAlive.h"
 #include "enhanced/SensorRows.h"
 #include "link/LinkSession.h"
@@ -34,9 +35,6 @@ constexpr int kClearedRows = 96;
 constexpr int kFirstBlock = 0x11;
 constexpr int kLastBlock = 0x14;
 constexpr int kLastRow = 96;
-// Block 13 holds registers of eight on/off switches, one a bit.
-constexpr int kSwitchBlock = 0x13;
-constexpr int kSwitchBits = 8;
 
 // Two hex digits at 1-based character `first`, or 0 when the text is too short or not hex.
 int hexAt(const std::string& text, std::size_t first)
@@ -153,19 +151,10 @@ void AddNissanSensors(Session& session)
             const auto& supported = session.SupportedPids[static_cast<std::size_t>(row)];
             if (isRangeMarker(row) || !supported[static_cast<std::size_t>(block)])
                 continue;
-            const std::string identifier = obd::HexByte(block) + obd::HexByte(row);
-            if (block != kSwitchBlock) {
-                AddSensorRow(session, count, identifier,
-                             session.nissanDecoder.SensorName(identifier, session.ModuleIndex));
-                continue;
-            }
             // A switch register lists only the bits this unit type names.
-            for (int bit = 0; bit < kSwitchBits; ++bit) {
-                const std::string switchId = identifier + " " + std::to_string(bit);
-                const std::string name = session.nissanDecoder.SensorName(switchId, session.ModuleIndex);
-                if (!name.empty())
-                    AddSensorRow(session, count, switchId, name);
-            }
+            const std::string identifier = obd::HexByte(block) + obd::HexByte(row);
+            for (const ItemRow& item : NissanRows(session.nissanDecoder, identifier, session.ModuleIndex))
+                AddSensorRow(session, count, item.label, item.name);
         }
     }
 }

@@ -1,5 +1,6 @@
 #include "enhanced/NissanLiveData.h"
 
+#include "enhanced/ItemRows.h"
 #include "enhanced/NissanConnection.h"
 #include "enhanced/NissanKeepAlive.h"
 #include "enhanced/SensorRows.h"
@@ -16,21 +17,15 @@ namespace kvx::enhanced {
 namespace {
 
 constexpr std::size_t kIdentifierLength = 4;
-constexpr const char* kSwitchBlock = "13";
 
 // The display texts of one reply in its row; a switch row shows its own bit of the register.
-void showReply(Session& session, int row, const std::string& identifier, const std::string& reply)
+void showReply(Session& session, int row, const std::string& reply)
 {
     GridModel& grid = session.screen.GridMode1;
-    const link::NissanDecoder& decoder = session.nissanDecoder;
-    if (identifier.rfind(kSwitchBlock, 0) == 0) {
-        const std::string& label = grid.text(row, obd::PidColumn);
-        const int bit = label.empty() ? 0 : label.back() - '0';
-        grid.setText(row, obd::ValueColumn, decoder.SensorValue(reply, 1, bit, session.ModuleIndex));
-        return;
-    }
-    grid.setText(row, obd::ValueColumn, decoder.SensorValue(reply, 1, 0, session.ModuleIndex));
-    grid.setText(row, obd::AltValueColumn, decoder.SensorValue(reply, 2, 0, session.ModuleIndex));
+    const std::string label = grid.text(row, obd::PidColumn);
+    for (int kind : {1, 2})
+        grid.setText(row, kind == 1 ? obd::ValueColumn : obd::AltValueColumn,
+                     NissanRowValue(session.nissanDecoder, label, reply, kind, session.ModuleIndex));
 }
 
 } // namespace
@@ -55,7 +50,7 @@ bool PollNissanLiveData(Session& session)
         }
         // An empty reply is recorded and shown too: the decoder gives blank texts for it.
         log::WriteLogFrame(session, reply);
-        showReply(session, row, identifier, reply);
+        showReply(session, row, reply);
         return true;
     });
 }

@@ -1,6 +1,7 @@
 #include "enhanced/ToyotaConnection.h"
 
 #include "data/GridLayouts.h"
+#include "enhanced/ItemRows.h"
 #include "enhanced/SensorRows.h"
 #include "obd/Connection.h"
 #include "obd/FrameText.h"
@@ -16,10 +17,6 @@ namespace {
 constexpr const char* kSupportPids[] = {"B0", "C0", "E0"};
 constexpr int kFirstPid = 0xB1;
 constexpr int kLastPid = 0xFF;
-constexpr int kFirstByte = 1;
-// a is written with two digits; it never goes past one.
-constexpr int kLastByte = 8;
-constexpr int kLastSubValue = 8;
 
 bool discoverToyota(Session& session)
 {
@@ -54,17 +51,10 @@ void AddToyotaSensors(Session& session)
     for (int pid = kFirstPid; pid <= kLastPid; ++pid) {
         if (!session.SupportedPids[static_cast<std::size_t>(pid)][0])
             continue;
-        const std::string pp = obd::HexByte(pid);
-        for (int a = kFirstByte; a <= kLastByte; ++a) {
-            for (int b = 0; b <= kLastSubValue; ++b) {
-                const std::string name = session.toyotaDecoder.SensorName(pp, a, b);
-                if (name.empty())
-                    continue;
-                const std::string label = pp + "0" + std::to_string(a) + " " + std::to_string(b);
-                AddSensorRow(session, count, label, name);
-                for (ListModel& list : lists)
-                    list.addItem(label + " - " + name);
-            }
+        for (const ItemRow& row : ToyotaRows(session.toyotaDecoder, obd::HexByte(pid))) {
+            AddSensorRow(session, count, row.label, row.name);
+            for (ListModel& list : lists)
+                list.addItem(row.label + " - " + row.name);
         }
     }
     for (ListModel& list : lists)

@@ -1,5 +1,6 @@
 #include "enhanced/ToyotaLiveData.h"
 
+#include "enhanced/ItemRows.h"
 #include "enhanced/SensorRows.h"
 #include "log/LogFile.h"
 #include "obd/FrameText.h"
@@ -11,7 +12,6 @@
 #include "session/MainScreen.h"
 #include "session/Session.h"
 
-#include <charconv>
 #include <set>
 
 namespace kvx::enhanced {
@@ -21,25 +21,9 @@ namespace {
 // A row's label "PPaa b": the parameter, the data byte a sub-value starts at, and b.
 constexpr std::size_t kLabelLength = 6;
 
-struct SubValue {
-    int a = 0;
-    int b = 0;
-};
-
-// A label that is not of that form (a typed combo entry) gives a = 0, which names nothing.
-SubValue subValueOf(const std::string& label)
-{
-    SubValue v;
-    if (label.size() < kLabelLength || std::from_chars(label.data() + 2, label.data() + 4, v.a).ec != std::errc())
-        return {};
-    v.b = label[kLabelLength - 1] - '0';
-    return v;
-}
-
 std::string valueText(const Session& session, const std::string& label, const std::string& message, int kind)
 {
-    const SubValue v = subValueOf(label);
-    return session.toyotaDecoder.SensorValue(v.a, v.b, message, kind);
+    return ToyotaRowValue(session.toyotaDecoder, label, message, kind);
 }
 
 // One reply serves every row of its parameter, whichever row asked.

@@ -1,27 +1,19 @@
 #include "log/EnhancedReplay.h"
 
 #include "data/GridLayouts.h"
+#include "enhanced/ItemRows.h"
 #include "link/decode/NissanDecoder.h"
 #include "link/decode/ToyotaDecoder.h"
 #include "obd/LiveData.h"
 #include "session/GridModel.h"
 
-#include <cctype>
 #include <set>
 
 namespace kvx::log {
 
+using enhanced::ItemRow;
+
 namespace {
-
-constexpr int kToyotaMaxByte = 8;
-constexpr int kToyotaMaxBit = 8;
-constexpr int kSwitchesPerRegister = 8;
-
-bool isDigit(char c) { return std::isdigit(static_cast<unsigned char>(c)) != 0; }
-
-bool isSwitchRegister(const std::string& identifier) { return identifier.rfind("13", 0) == 0; }
-
-std::string twoDigits(int n) { return (n < 10 ? "0" : "") + std::to_string(n); }
 
 // Lays the grid out with the rows of each item in the order the frames first name it.
 void prepareRows(GridModel& grid, const std::vector<std::string>& frames,
@@ -62,56 +54,11 @@ std::string NissanFrameIdentifier(const std::string& frame)
     return frame.substr(4, 4);
 }
 
-std::vector<ItemRow> NissanRows(const link::NissanDecoder& decoder, const std::string& identifier, int moduleIndex)
-{
-    if (!isSwitchRegister(identifier))
-        return {{identifier, decoder.SensorName(identifier, moduleIndex)}};
-    std::vector<ItemRow> rows;
-    for (int bit = 0; bit < kSwitchesPerRegister; ++bit) {
-        const std::string label = identifier + " " + std::to_string(bit);
-        std::string name = decoder.SensorName(label, moduleIndex);
-        if (!name.empty())
-            rows.push_back({label, std::move(name)});
-    }
-    return rows;
-}
-
-std::string NissanRowValue(const link::NissanDecoder& decoder, const std::string& label, const std::string& frame,
-                           int kind, int moduleIndex)
-{
-    if (!isSwitchRegister(label))
-        return decoder.SensorValue(frame, kind, 0, moduleIndex);
-    if (kind != 1 || label.empty() || !isDigit(label.back()))
-        return {};
-    return decoder.SensorValue(frame, 1, label.back() - '0', moduleIndex);
-}
-
 std::string ToyotaFrameMessage(const std::string& frame) { return frame.substr(0, frame.find(' ')); }
 
 std::string ToyotaParameter(const std::string& message)
 {
     return message.size() >= 10 ? message.substr(8, 2) : std::string();
-}
-
-std::vector<ItemRow> ToyotaRows(const link::ToyotaDecoder& decoder, const std::string& parameter)
-{
-    std::vector<ItemRow> rows;
-    for (int a = 1; a <= kToyotaMaxByte; ++a)
-        for (int b = 0; b <= kToyotaMaxBit; ++b) {
-            std::string name = decoder.SensorName(parameter, a, b);
-            if (!name.empty())
-                rows.push_back({parameter + twoDigits(a) + " " + std::to_string(b), std::move(name)});
-        }
-    return rows;
-}
-
-std::string ToyotaRowValue(const link::ToyotaDecoder& decoder, const std::string& label, const std::string& message,
-                           int kind)
-{
-    if (label.size() < 6 || !isDigit(label[2]) || !isDigit(label[3]) || !isDigit(label.back()))
-        return {};
-    const int a = (label[2] - '0') * 10 + (label[3] - '0');
-    return decoder.SensorValue(a, label.back() - '0', message, kind);
 }
 
 FrameHandler NissanFrameHandler(GridModel& grid, const link::NissanDecoder& decoder, std::function<int()> moduleIndex)
@@ -120,12 +67,12 @@ FrameHandler NissanFrameHandler(GridModel& grid, const link::NissanDecoder& deco
     handler.prepare = [&grid, &decoder, moduleIndex](const std::vector<std::string>& frames) {
         const int module = moduleIndex();
         prepareRows(grid, frames, NissanFrameIdentifier,
-                    [&](const std::string& id) { return NissanRows(decoder, id, module); });
+                    [&](const std::string& id) { return enhanced::NissanRows(decoder, id, module); });
     };
     handler.show = [&grid, &decoder, moduleIndex](const std::string& frame) {
         const int module = moduleIndex();
         showRows(grid, NissanFrameIdentifier(frame), [&](const std::string& label, int kind) {
-            return NissanRowValue(decoder, label, frame, kind, module);
+            return enhanced::NissanRowValue(decoder, label, frame, kind, module);
         });
     };
     return handler;
@@ -136,12 +83,12 @@ FrameHandler ToyotaFrameHandler(GridModel& grid, const link::ToyotaDecoder& deco
     FrameHandler handler;
     handler.prepare = [&grid, &decoder](const std::vector<std::string>& frames) {
         prepareRows(grid, frames, [](const std::string& frame) { return ToyotaParameter(ToyotaFrameMessage(frame)); },
-                    [&](const std::string& parameter) { return ToyotaRows(decoder, parameter); });
+                    [&](const std::string& parameter) { return enhanced::ToyotaRows(decoder, parameter); });
     };
     handler.show = [&grid, &decoder](const std::string& frame) {
         const std::string message = ToyotaFrameMessage(frame);
         showRows(grid, ToyotaParameter(message), [&](const std::string& label, int kind) {
-            return ToyotaRowValue(decoder, label, message, kind);
+            return enhanced::ToyotaRowValue(decoder, label, message, kind);
         });
     };
     return handler;

@@ -1,5 +1,6 @@
 #include "log/LogExport.h"
 
+#include "enhanced/ItemRows.h"
 #include "link/decode/NissanDecoder.h"
 #include "link/decode/ToyotaDecoder.h"
 #include "log/EnhancedReplay.h"
@@ -53,9 +54,9 @@ FrameRows nissanRows()
         const std::string id = NissanFrameIdentifier(frame);
         if (id.empty())
             return rows;
-        for (const ItemRow& row : NissanRows(decoder, id, ModuleNissanEcu))
-            rows.push_back({row.label, row.name, NissanRowValue(decoder, row.label, frame, 1, ModuleNissanEcu),
-                            NissanRowValue(decoder, row.label, frame, 2, ModuleNissanEcu)});
+        for (const enhanced::ItemRow& row : enhanced::NissanRows(decoder, id, ModuleNissanEcu))
+            rows.push_back({row.label, row.name, enhanced::NissanRowValue(decoder, row.label, frame, 1, ModuleNissanEcu),
+                            enhanced::NissanRowValue(decoder, row.label, frame, 2, ModuleNissanEcu)});
         return rows;
     };
 }
@@ -70,9 +71,9 @@ FrameRows toyotaRows()
         const std::string parameter = ToyotaParameter(message);
         if (parameter.empty())
             return rows;
-        for (const ItemRow& row : ToyotaRows(decoder, parameter))
-            rows.push_back({row.label, row.name, ToyotaRowValue(decoder, row.label, message, 1),
-                            ToyotaRowValue(decoder, row.label, message, 2)});
+        for (const enhanced::ItemRow& row : enhanced::ToyotaRows(decoder, parameter))
+            rows.push_back({row.label, row.name, enhanced::ToyotaRowValue(decoder, row.label, message, 1),
+                            enhanced::ToyotaRowValue(decoder, row.label, message, 2)});
         return rows;
     };
 }
