@@ -36,20 +36,6 @@ TEST_F(InfoAndCombo, ThirdButtonDoesNothingAtAll)
     EXPECT_FALSE(bench.screen.tmrKeepAlive.enabled());
 }
 
-TEST_F(InfoAndCombo, ReadinessAndVinAreRead)
-{
-    ClickModeOnce(s, 1);
-    const std::string readiness = bench.screen.txtInfo.text();
-    EXPECT_NE(readiness, "No Response From ECU");
-    EXPECT_EQ(readiness.substr(readiness.size() - 2), "\r\n");
-    EXPECT_TRUE(bench.screen.tmrKeepAlive.enabled());
-
-    ReadVehicleId(s);
-    const std::string vin = bench.screen.txtInfo.text();
-    ASSERT_EQ(vin.substr(0, 5), "VIN: ") << vin;
-    EXPECT_EQ(vin.size(), 5u + 17u + 2u);
-}
-
 TEST_F(InfoAndCombo, ComboWithEverySlotOffSendsNothingUntilStopped)
 {
     bench.screen.TabStrip1.add({"LIVE DATA", "Data Parameters", "Frame1"});
