@@ -11,7 +11,7 @@ EVAP = "Evaporative Emission System"
 family(2400, f"{EVAP} Leak Detection Pump", CONTROL)
 family(2403, f"{EVAP} Leak Detection Pump Sense", ["Circuit/Open", "Circuit Range/Performance", "Circuit Low",
                                                    "Circuit High", "Circuit Intermittent/Erratic"])
-run(2408, ["Fuel Cap Sensor/Switch Circuit", "Fuel Cap Sensor/Switch Circuit Intermittent/Erratic"])
+family(2408, "Fuel Cap Sensor/Switch", CIRCUIT_ERRATIC)
 run(2413, ["Exhaust Gas Recirculation System Performance", "O2 Sensor Exhaust Sample Error (Bank 1 Sensor 1)",
            "O2 Sensor Exhaust Sample Error (Bank 2 Sensor 1)",
            "O2 Sensor Signals Swapped Bank 1 Sensor 2 / Bank 1 Sensor 3",

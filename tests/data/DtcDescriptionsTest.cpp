@@ -165,6 +165,24 @@ TEST(ShippedDtcFile, LoadsSilentlyEveryLineStoredInTheGenericRangesOnly)
             EXPECT_EQ(table[number], "") << "P" << number;
         }
     }
+    // A circuit's intermittent fault is numbered right after its high fault: a title that
+    // follows anything else has slipped onto another code's number.
+    const std::string intermittent = " Intermittent/Erratic";
+    for (int number = 1; number < kDtcTableSize; ++number) {
+        const std::string& title = table[number];
+        if (title.size() <= intermittent.size() ||
+            title.compare(title.size() - intermittent.size(), intermittent.size(), intermittent) != 0)
+            continue;
+        const std::string circuit = title.substr(0, title.size() - intermittent.size());
+        if (circuit.size() >= 7 && circuit.compare(circuit.size() - 7, 7, "Circuit") == 0) {
+            EXPECT_EQ(table[number - 1], circuit + " High") << "P" << number << " " << title;
+        }
+    }
+    const char* fuelCap[] = {"Fuel Cap Sensor/Switch Circuit", "Fuel Cap Sensor/Switch Circuit Range/Performance",
+                             "Fuel Cap Sensor/Switch Circuit Low", "Fuel Cap Sensor/Switch Circuit High",
+                             "Fuel Cap Sensor/Switch Circuit Intermittent/Erratic"};
+    for (int i = 0; i < 5; ++i)
+        EXPECT_EQ(table[2408 + i], fuelCap[i]) << "P" << 2408 + i;
     EXPECT_EQ(table[300], "Random/Multiple Cylinder Misfire Detected");
     EXPECT_EQ(table[420], "Catalyst System Efficiency Below Threshold (Bank 1)");
     EXPECT_EQ(table[171], "System Too Lean (Bank 1)");
