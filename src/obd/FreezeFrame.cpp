@@ -4,6 +4,7 @@
 #include "obd/RequestCycle.h"
 #include "obd/ServiceCycle.h"
 #include "obd/SupportDiscovery.h"
+#include "obd/SupportedPids.h"
 #include "obd/TextColumns.h"
 #include "session/MainScreen.h"
 #include "session/Session.h"
@@ -64,12 +65,7 @@ void RequestFreezeFrame(Session& session)
 
 void ReadFreezeFrame(Session& session, const std::string& headerByte1, const std::string& headerByte2)
 {
-    // PID 13 and 1D describe the oxygen sensors two ways; a unit declaring both uses 1D.
-    std::string layout;
-    if (Supported(session, 0x13, 0))
-        layout = "13";
-    if (Supported(session, 0x1D, 0))
-        layout = "1D";
+    const std::string layout = O2Layout(session);
     // Sent as typed: some units number their frames beyond the list's entries.
     const std::string frameNumber = session.screen.cmbFrame.text();
     session.screen.StatusBar1.setText(3, "");

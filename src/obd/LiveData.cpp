@@ -99,24 +99,26 @@ void BuildLiveDataGrid(Session& session)
 {
     data::LayoutLiveDataGrid(session.screen);
     GridModel& grid = session.screen.GridMode1;
+    const std::string layout = O2Layout(session);
     for (int pid : listedPids(session)) {
         const int row = grid.addRow();
         const std::string pp = pidText(pid);
         grid.setCell(row, MarkerColumn, MarkerCell(kTickedMarker));
         grid.setText(row, PidColumn, pp);
-        grid.setText(row, DescriptionColumn, session.link.DescribePid(pp));
+        grid.setText(row, DescriptionColumn, session.link.DescribePid(pp, layout));
     }
 }
 
 void FillPidLists(Session& session)
 {
     const std::vector<int> pids = listedPids(session);
+    const std::string layout = O2Layout(session);
     for (ListModel& list : session.screen.cmbPid) {
         list.clear();
         list.addItem("OFF");
         for (int pid : pids) {
             const std::string pp = pidText(pid);
-            list.addItem(pp + " - " + session.link.DescribePid(pp));
+            list.addItem(pp + " - " + session.link.DescribePid(pp, layout));
         }
         list.setCurrentIndex(0);
     }

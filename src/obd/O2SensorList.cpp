@@ -1,5 +1,6 @@
 #include "obd/O2SensorList.h"
 
+#include "link/decode/PidWords.h"
 #include "obd/FrameText.h"
 #include "obd/RequestCycle.h"
 #include "session/MainScreen.h"
@@ -27,12 +28,10 @@ std::optional<int> AskLayoutByte(Session& session, const std::string& pid)
 
 std::vector<std::string> PresentO2Sensors(int layoutByte, bool fourBanks)
 {
-    const int sensorsPerBank = fourBanks ? 2 : 4;
     std::vector<std::string> names;
     for (int bit = 0; bit < 8; ++bit)
         if (layoutByte & (1 << bit))
-            names.push_back("Bank " + std::to_string(bit / sensorsPerBank + 1) + " Sensor " +
-                            std::to_string(bit % sensorsPerBank + 1));
+            names.push_back(link::decode::sensorPosition(bit, fourBanks));
     return names;
 }
 

@@ -78,4 +78,11 @@ std::string RequestSupportBitmaps(Session& session, bool showProgress)
     return first;
 }
 
+std::string O2Layout(const Session& session)
+{
+    if (session.SupportedPids[0x1D][0])
+        return "1D";
+    return session.SupportedPids[0x13][0] ? "13" : "";
+}
+
 } // namespace kvx::obd

@@ -17,6 +17,10 @@ std::string DecodeSupportedPids(Session& session, const std::string& message, co
 // Clears entries 0 to lastPid of the service's column of SupportedPids.
 void ClearSupportedPids(Session& session, int service, int lastPid = 96);
 
+// The oxygen-sensor layout the unit declared in service 01: "1D" (four banks, which wins when both
+// are declared), "13" (two banks) or "". The decoder names sensor parameters by it.
+std::string O2Layout(const Session& session);
+
 // Asks for the "00" bitmap of service 01, then "20" and "40" when the bitmap before marked them,
 // with "REQUESTING...NN" shown before each when showProgress is set. Returns the reply to "00".
 std::string RequestSupportBitmaps(Session& session, bool showProgress);
