@@ -18,21 +18,25 @@ int word(const std::uint8_t* d)
     return d[0] * 256 + d[1];
 }
 
-std::string o2Narrow(const std::uint8_t* d)
+// Narrow-band sensors: the voltage in the first cell, the fuel trim it drives in the second.
+std::string o2Narrow(const std::uint8_t* d, int selector)
 {
-    std::string text = fixed(d[0] / 200.0, 3) + " V, ";
+    if (selector == Metric)
+        return fixed(d[0] / 200.0, 3) + " V";
     // A trim byte of FF marks a sensor that the fuel control does not use.
     if (d[1] == 0xFF)
-        return text + "trim not used";
-    return text + withUnit((d[1] - 128) * 100.0 / 128.0, 1, "%");
+        return "trim not used";
+    return "trim " + withUnit((d[1] - 128) * 100.0 / 128.0, 1, "%");
 }
 
-std::string o2Wide(const std::uint8_t* d, bool current)
+// Wide-range sensors: the equivalence ratio in the first cell, the voltage or current in the second.
+std::string o2Wide(const std::uint8_t* d, bool current, int selector)
 {
-    std::string text = "ratio " + fixed(word(d) * 2.0 / 65536.0, 3) + ", ";
+    if (selector == Metric)
+        return "ratio " + fixed(word(d) * 2.0 / 65536.0, 3);
     if (current)
-        return text + withUnit(word(d + 2) / 256.0 - 128.0, 2, "mA");
-    return text + withUnit(word(d + 2) * 8.0 / 65536.0, 3, "V");
+        return withUnit(word(d + 2) / 256.0 - 128.0, 2, "mA");
+    return withUnit(word(d + 2) * 8.0 / 65536.0, 3, "V");
 }
 
 std::string scaled(const PidRow& row, double raw, int selector)
@@ -40,30 +44,34 @@ std::string scaled(const PidRow& row, double raw, int selector)
     return quantity(raw * row.scale + row.offset, row.decimals, row.unit, selector);
 }
 
+// Each selector's text fits a 20-character column. Parameters with a unit give it in metric (1)
+// and US customary (2); the others split their facts over the two cells.
 std::string valueText(const PidRow& row, const std::uint8_t* d, int selector)
 {
+    const int cell = selector;
     switch (row.form) {
     case Form::SupportBitmap: return supportedList(d, row.pid);
-    case Form::MonitorStatus: return monitorSummary(d, false);
-    case Form::DriveCycleStatus: return monitorSummary(d, true);
+    case Form::MonitorStatus: return monitorCell(d, false, cell);
+    case Form::DriveCycleStatus: return monitorCell(d, true, cell);
     case Form::TroubleCode: return d[0] == 0 && d[1] == 0 ? "none" : troubleCode(d[0], d[1]);
-    case Form::FuelSystem: return fuelSystemText(d[0], d[1]);
+    case Form::FuelSystem: return fuelSystemText(d[cell - 1]);
     case Form::SecondaryAir: return secondaryAirText(d[0]);
-    case Form::SensorsTwoBanks: return sensorsPresentShort(d[0], false);
-    case Form::SensorsFourBanks: return sensorsPresentShort(d[0], true);
-    case Form::ObdStandard: return obdStandardName(d[0]);
+    case Form::SensorsTwoBanks: return sensorsPresentCell(d[0], false, cell);
+    case Form::SensorsFourBanks: return sensorsPresentCell(d[0], true, cell);
+    case Form::ObdStandard: return obdStandardName(d[0], true);
     case Form::AuxInput: return auxInputText(d[0]);
     case Form::FuelType: return fuelTypeName(d[0]);
     case Form::Byte: return scaled(row, d[0], selector);
     case Form::Word: return scaled(row, word(d), selector);
     case Form::SignedWord: return scaled(row, static_cast<std::int16_t>(word(d)), selector);
     case Form::BytePair: return scaled(row, d[0], selector) + ", " + scaled(row, d[1], selector);
-    case Form::O2Narrow: return o2Narrow(d);
-    case Form::O2WideVoltage: return o2Wide(d, false);
-    case Form::O2WideCurrent: return o2Wide(d, true);
+    case Form::O2Narrow: return o2Narrow(d, selector);
+    case Form::O2WideVoltage: return o2Wide(d, false, selector);
+    case Form::O2WideCurrent: return o2Wide(d, true, selector);
     case Form::MaxValues:
-        return "ratio " + std::to_string(d[0]) + ", " + std::to_string(d[1]) + " V, " + std::to_string(d[2]) +
-               " mA, " + quantity(d[3] * 10.0, 0, Unit::KpaManifold, selector);
+        if (cell == 1)
+            return "ratio " + std::to_string(d[0]) + ", " + std::to_string(d[1]) + " V";
+        return std::to_string(d[2]) + " mA, " + quantity(d[3] * 10.0, 0, Unit::KpaManifold, selector);
     case Form::MaxAirFlow: return quantity(d[0] * 10.0, 0, Unit::GramsPerSecond, selector);
     }
     return {};

@@ -10,7 +10,8 @@
 namespace kvx::link::decode {
 
 // Selector 1 gives the metric text with its unit, 2 the US customary text. Parameters without a
-// unit (words, counts, ratios) give the same text for both.
+// unit give their facts in two parts (an oxygen sensor's voltage, then its trim); enumerations
+// give the same text for both. Each text fits a 20-character column.
 enum Selector : int { Metric = 1, Customary = 2 };
 
 // A metric quantity in the selected unit system: "90 °C" or "194 °F".

@@ -64,22 +64,21 @@ std::string supportedList(const std::uint8_t* data, int base)
     return out.empty() ? "none" : out;
 }
 
-std::string monitorSummary(const std::uint8_t* d, bool thisDriveCycle)
+std::string monitorCell(const std::uint8_t* d, bool thisDriveCycle, int cell)
 {
     int supported = 0, incomplete = 0;
     forEachMonitor(d, [&](const MonitorState& m) {
         supported += m.supported;
         incomplete += m.supported && !m.complete;
     });
-    std::string out;
-    if (!thisDriveCycle) {
-        out = bitSet(d[0], 7) ? "MIL on, " : "MIL off, ";
-        const int codes = d[0] & 0x7F;
-        out += std::to_string(codes) + (codes == 1 ? " code, " : " codes, ");
-    }
-    out += std::to_string(incomplete) + " of " + std::to_string(supported) +
-           (thisDriveCycle ? " enabled monitors incomplete" : " monitors incomplete");
-    return out;
+    if (thisDriveCycle)
+        return cell == 1 ? std::to_string(supported) + " monitors enabled"
+                         : std::to_string(incomplete) + " not complete";
+    if (cell == 2)
+        return std::to_string(incomplete) + " of " + std::to_string(supported) + " incomplete";
+    const int codes = d[0] & 0x7F;
+    return std::string(bitSet(d[0], 7) ? "MIL on, " : "MIL off, ") + std::to_string(codes) +
+           (codes == 1 ? " code" : " codes");
 }
 
 std::string monitorLines(const std::uint8_t* d, bool thisDriveCycle)
@@ -104,80 +103,79 @@ std::string monitorLines(const std::uint8_t* d, bool thisDriveCycle)
     return out;
 }
 
-std::string fuelSystemText(std::uint8_t system1, std::uint8_t system2)
+std::string fuelSystemText(std::uint8_t status)
 {
-    const auto one = [](std::uint8_t v) -> std::string {
-        switch (v) {
-        case 0x00: return "not present";
-        case 0x01: return "Open loop (not yet warm)";
-        case 0x02: return "Closed loop";
-        case 0x04: return "Open loop (driving conditions)";
-        case 0x08: return "Open loop (system fault)";
-        case 0x10: return "Closed loop (O2 sensor fault)";
-        default: return "Invalid (" + toHex(v) + ")";
-        }
-    };
-    if (system2 == 0)
-        return one(system1);
-    return "1: " + one(system1) + "; 2: " + one(system2);
+    switch (status) {
+    case 0x00: return "not present";
+    case 0x01: return "Open loop, cold";
+    case 0x02: return "Closed loop";
+    case 0x04: return "Open loop, driving";
+    case 0x08: return "Open loop, fault";
+    case 0x10: return "Closed, O2 fault";
+    default: return "Invalid (" + toHex(status) + ")";
+    }
 }
 
 std::string secondaryAirText(std::uint8_t value)
 {
     switch (value) {
     case 0x00: return "Not reported";
-    case 0x01: return "Upstream of first catalyst";
-    case 0x02: return "Downstream of first catalyst";
-    case 0x04: return "Atmosphere / off";
-    case 0x08: return "Pump on for diagnosis";
+    case 0x01: return "Before catalyst";
+    case 0x02: return "After catalyst";
+    case 0x04: return "Outside air / off";
+    case 0x08: return "Pump on (diagnosis)";
     default: return "Invalid (" + toHex(value) + ")";
     }
 }
 
-std::string obdStandardName(std::uint8_t value)
+std::string obdStandardName(std::uint8_t value, bool shortForm)
 {
-    static const std::array<const char*, 34> names = {
-        nullptr,
-        "OBD-II (California ARB)",
-        "OBD (Federal EPA)",
-        "OBD and OBD-II",
-        "OBD-I",
-        "Not OBD compliant",
-        "EOBD (Europe)",
-        "EOBD and OBD-II",
-        "EOBD and OBD",
-        "EOBD, OBD and OBD-II",
-        "JOBD (Japan)",
-        "JOBD and OBD-II",
-        "JOBD and EOBD",
-        "JOBD, EOBD and OBD-II",
-        nullptr, nullptr, nullptr,
-        "Engine manufacturer diagnostics (EMD)",
-        "Engine manufacturer diagnostics enhanced (EMD+)",
-        "Heavy-duty OBD (child / partial)",
-        "Heavy-duty OBD",
-        "World-wide harmonised OBD",
-        nullptr,
-        "Heavy-duty EOBD stage I without NOx control",
-        "Heavy-duty EOBD stage I with NOx control",
-        "Heavy-duty EOBD stage II without NOx control",
-        "Heavy-duty EOBD stage II with NOx control",
-        nullptr,
-        "OBDBr-1 (Brazil)",
-        "OBDBr-2 (Brazil)",
-        "KOBD (Korea)",
-        "IOBD I (India)",
-        "IOBD II (India)",
-        "Heavy-duty EOBD stage VI",
+    struct Name {
+        const char* full;
+        const char* brief;
     };
-    if (value < names.size() && names[value])
-        return names[value];
+    static const std::array<Name, 34> names = {{
+        {nullptr, nullptr},
+        {"OBD-II (California ARB)", "OBD-II (CARB)"},
+        {"OBD (Federal EPA)", "OBD (EPA)"},
+        {"OBD and OBD-II", "OBD and OBD-II"},
+        {"OBD-I", "OBD-I"},
+        {"Not OBD compliant", "Not OBD compliant"},
+        {"EOBD (Europe)", "EOBD (Europe)"},
+        {"EOBD and OBD-II", "EOBD and OBD-II"},
+        {"EOBD and OBD", "EOBD and OBD"},
+        {"EOBD, OBD and OBD-II", "EOBD, OBD, OBD-II"},
+        {"JOBD (Japan)", "JOBD (Japan)"},
+        {"JOBD and OBD-II", "JOBD and OBD-II"},
+        {"JOBD and EOBD", "JOBD and EOBD"},
+        {"JOBD, EOBD and OBD-II", "JOBD, EOBD, OBD-II"},
+        {nullptr, nullptr}, {nullptr, nullptr}, {nullptr, nullptr},
+        {"Engine manufacturer diagnostics (EMD)", "EMD"},
+        {"Engine manufacturer diagnostics enhanced (EMD+)", "EMD+"},
+        {"Heavy-duty OBD (child / partial)", "HD OBD-C (partial)"},
+        {"Heavy-duty OBD", "HD OBD"},
+        {"World-wide harmonised OBD", "WWH-OBD"},
+        {nullptr, nullptr},
+        {"Heavy-duty EOBD stage I without NOx control", "HD EOBD-I"},
+        {"Heavy-duty EOBD stage I with NOx control", "HD EOBD-I, NOx"},
+        {"Heavy-duty EOBD stage II without NOx control", "HD EOBD-II"},
+        {"Heavy-duty EOBD stage II with NOx control", "HD EOBD-II, NOx"},
+        {nullptr, nullptr},
+        {"OBDBr-1 (Brazil)", "OBDBr-1 (Brazil)"},
+        {"OBDBr-2 (Brazil)", "OBDBr-2 (Brazil)"},
+        {"KOBD (Korea)", "KOBD (Korea)"},
+        {"IOBD I (India)", "IOBD I (India)"},
+        {"IOBD II (India)", "IOBD II (India)"},
+        {"Heavy-duty EOBD stage VI", "HD EOBD-VI"},
+    }};
+    if (value < names.size() && names[value].full)
+        return shortForm ? names[value].brief : names[value].full;
     return "Reserved (" + toHex(value) + ")";
 }
 
 std::string auxInputText(std::uint8_t value)
 {
-    return bitSet(value, 0) ? "Power take-off active" : "Power take-off inactive";
+    return bitSet(value, 0) ? "Power take-off on" : "Power take-off off";
 }
 
 std::string fuelTypeName(std::uint8_t value)
@@ -185,9 +183,9 @@ std::string fuelTypeName(std::uint8_t value)
     static const std::array<const char*, 24> names = {
         "Not available", "Gasoline", "Methanol", "Ethanol", "Diesel", "LPG", "CNG", "Propane",
         "Electric", "Bi-fuel gasoline", "Bi-fuel methanol", "Bi-fuel ethanol", "Bi-fuel LPG",
-        "Bi-fuel CNG", "Bi-fuel propane", "Bi-fuel electric", "Bi-fuel electric and combustion",
+        "Bi-fuel CNG", "Bi-fuel propane", "Bi-fuel electric", "Bi-fuel elec.+comb.",
         "Hybrid gasoline", "Hybrid ethanol", "Hybrid diesel", "Hybrid electric",
-        "Hybrid electric and combustion", "Hybrid regenerative", "Bi-fuel diesel"};
+        "Hybrid elec.+comb.", "Hybrid regenerative", "Bi-fuel diesel"};
     if (value < names.size())
         return names[value];
     return "Reserved (" + toHex(value) + ")";
@@ -199,11 +197,12 @@ std::string sensorPosition(int index, bool fourBanks)
     return "Bank " + std::to_string(index / perBank + 1) + " Sensor " + std::to_string(index % perBank + 1);
 }
 
-std::string sensorsPresentShort(std::uint8_t bits, bool fourBanks)
+std::string sensorsPresentCell(std::uint8_t bits, bool fourBanks, int cell)
 {
     const int perBank = fourBanks ? 2 : 4;
+    const int first = cell == 1 ? 0 : 4;
     std::string out;
-    for (int i = 0; i < 8; ++i) {
+    for (int i = first; i < first + 4; ++i) {
         if (!bitSet(bits, i))
             continue;
         if (!out.empty())
