@@ -5,7 +5,7 @@
 
 #include "data/DtcDescriptions.h"
 #include "link/Hex.h"
-#include "link/decode/Message.h"
+#include "link/ReplyText.h"
 #include "link/decode/PidValue.h"
 #include "link/decode/ServiceReply.h"
 #include "link/decode/TestResults.h"
@@ -69,7 +69,7 @@ private:
 };
 
 // Prints the texts of one message; false (with the reason on stderr) when nothing decoded.
-bool decodeMessage(const std::string& text, const dec::Message& m, CodeDescriptions& descriptions)
+bool decodeMessage(const std::string& text, const link::ReplyMessage& m, CodeDescriptions& descriptions)
 {
     const auto printed = [&](const std::string& line) {
         if (line.empty())
@@ -138,14 +138,14 @@ bool decodeArgument(const std::string& argument, CodeDescriptions& descriptions)
     bool ok = true;
     std::string vinMessages;
     for (const auto& text : splitMessages(argument)) {
-        const auto m = dec::parseMessage(text);
+        const auto m = link::readMessage(text);
         if (!m) {
             fail(text.empty() ? "\"\"" : text,
                  "not a message (hex pairs: three header bytes, service, data, checksum)");
             ok = false;
             continue;
         }
-        if (!dec::checksumMatches(text))
+        if (!link::checksumHolds(text))
             fail(text, "checksum does not match; decoded anyway");
         if (m->service == 0x49) {
             vinMessages += (vinMessages.empty() ? "" : ":") + text;

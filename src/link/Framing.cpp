@@ -212,20 +212,6 @@ bool isResponsePending(LineKind kind, const Bytes& frame)
     return p.size() >= 3 && p[0] == 0x7F && p[2] == 0x78;
 }
 
-Bytes withLengthInFormat(const Bytes& frame)
-{
-    if (frame.empty() || (frame[0] & 0x3F) != 0)
-        return frame;
-    const std::size_t lengthAt = (frame[0] & kAddressBits) ? 3 : 1;
-    if (lengthAt >= frame.size() || frame[lengthAt] == 0 || frame[lengthAt] > 0x3F)
-        return frame;
-    Bytes out(frame.begin(), frame.begin() + static_cast<long>(lengthAt));
-    out[0] = static_cast<std::uint8_t>(out[0] | frame[lengthAt]);
-    out.insert(out.end(), frame.begin() + static_cast<long>(lengthAt) + 1, frame.end() - 1);
-    appendChecksum(out);
-    return out;
-}
-
 Bytes bodyOf(LineKind kind, const Bytes& frame)
 {
     const Bytes p = payloadOf(kind, frame);

@@ -46,9 +46,6 @@ FrameCut cutFrames(LineKind kind, const std::vector<TimedByte>& bytes);
 Bytes payloadOf(LineKind kind, const Bytes& frame);
 // A 7F .. 78 reply: the unit is busy and will answer later.
 bool isResponsePending(LineKind kind, const Bytes& frame);
-// An ISO 14230 frame with its length in a byte of its own is rewritten with the length in the
-// format byte (when it fits), so the source and service keep their usual text positions.
-Bytes withLengthInFormat(const Bytes& frame);
 // The length byte, the payload and their checksum (the whole frame in the header form without
 // addresses): the text form of replies to bodies.
 Bytes bodyOf(LineKind kind, const Bytes& frame);

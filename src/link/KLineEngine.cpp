@@ -113,13 +113,31 @@ WakeUpResult KLineEngine::wakeUp(const WakeUpRequest& rq)
             throw LinkError(LinkError::Kind::BadRequest,
                             "The start frame " + toHex(f) + " is not an addressed message ending in its checksum.");
     }
+    if (rq.baud < kMinBaud || rq.baud > kMaxBaud)
+        throw LinkError(LinkError::Kind::BaudRefused, "The baud rate " + std::to_string(rq.baud) + " is outside " +
+                                                          std::to_string(kMinBaud) + " to " + std::to_string(kMaxBaud) +
+                                                          "; K-line units talk at 10400.");
     Busy busy(*this);
+    // A wake-up that fails leaves no session to keep the port for, so the cable is freed at once
+    // for the user's next try; only a re-wake of a standing session keeps it, since its caller
+    // goes on counting silent requests until it gives the session up.
+    try {
+        const WakeUpResult r = wakeUpOnPort(rq);
+        if (!r.ok && !rq.reconnect)
+            closeNow();
+        return r;
+    } catch (const LinkError&) {
+        closeNow();
+        throw;
+    }
+}
+
+WakeUpResult KLineEngine::wakeUpOnPort(const WakeUpRequest& rq)
+{
     openPort(rq.port, rq.reconnect);
     wire_->setBaud(rq.baud);
     io_ = std::make_unique<ByteLink>(*wire_, clock_, trace_, rq.baud);
     io_->touch(lastActivity_);
-    kind_.reset();
-    bodyAddresses_.reset();
 
     const Micros quietFrom = lastActivity_;
     idleUntil(quietFrom + kW5Min);
@@ -135,14 +153,15 @@ WakeUpResult KLineEngine::wakeUp(const WakeUpRequest& rq)
             start.push_back(checksum(start));
         }
         r = fastInit(*io_, clock_, trace_, start, timing);
-        if (r.ok && !rq.startFrame.empty())
-            bodyAddresses_ = std::make_pair(rq.startFrame[1], rq.startFrame[2]);
     } else {
         r = fiveBaudInit(*io_, clock_, trace_, rq.address, rq.protocol, timing, idle_);
     }
     if (r.ok) {
         kind_ = r.meaning.kwp ? LineKind::Kwp : LineKind::Iso9141;
         form_ = r.meaning.form;
+        bodyAddresses_.reset();
+        if (!rq.startFrame.empty())
+            bodyAddresses_ = std::make_pair(rq.startFrame[1], rq.startFrame[2]);
         if (trace_)
             trace_->note(clock_.now(), "key bytes " + toHex(r.kb1) + " " + toHex(r.kb2) + ": units may answer " +
                                            std::to_string(r.meaning.p2Min / 1000) + " ms after a request" +
@@ -171,10 +190,7 @@ Bytes KLineEngine::encode(const Bytes& request) const
 
 Bytes KLineEngine::replyForm(const Bytes& frame) const
 {
-    const LineKind kind = kind_.value_or(LineKind::Kwp);
-    if (bodyAddresses_)
-        return bodyOf(kind, frame);
-    return kind == LineKind::Kwp ? withLengthInFormat(frame) : frame;
+    return bodyAddresses_ ? bodyOf(kind_.value_or(LineKind::Kwp), frame) : frame;
 }
 
 std::vector<Bytes> KLineEngine::transact(const Bytes& frame)
@@ -202,7 +218,7 @@ std::vector<Bytes> KLineEngine::transact(const Bytes& frame)
     return std::move(replies.frames);
 }
 
-bool KLineEngine::portOpen() const { return wire_ && wire_->isOpen() && !closePending_; }
+bool KLineEngine::portOpen() const { return wire_ && wire_->isOpen() && io_ && !closePending_; }
 
 void KLineEngine::closePort()
 {

@@ -32,8 +32,11 @@ public:
     Bytes encode(const Bytes& request) const;
     // Sends a frame after P3 and returns the units' reply frames (P2max of silence ends them).
     std::vector<Bytes> transact(const Bytes& frame);
-    // The text form of one reply frame: the whole frame, or the body when requests are bodies.
+    // The raw form of one reply frame: the whole frame as it arrived, or, when requests are bodies,
+    // the frame in the header form without addresses (length byte, payload, checksum), so that
+    // the service always sits right after the length whatever header the unit chose.
     Bytes replyForm(const Bytes& frame) const;
+    bool bodySession() const { return bodyAddresses_.has_value(); }
 
     bool portOpen() const;
     void closePort();
@@ -53,6 +56,7 @@ public:
 
 private:
     class Busy;
+    WakeUpResult wakeUpOnPort(const WakeUpRequest& request);
     void openPort(int port, bool reconnect);
     void idleUntil(Micros t);
     void closeNow();

@@ -22,6 +22,10 @@ constexpr Micros kP3Min = ms(55);
 constexpr Micros kP3Max = ms(5000);
 constexpr Micros kP4Max = ms(20);
 
+// Line rates a K-line interface can be asked for; the units themselves talk at 10400.
+constexpr int kMinBaud = 1200;
+constexpr int kMaxBaud = 115200;
+
 // USB adapters hand bytes over in bursts up to a latency timer (16 ms by default on FTDI chips),
 // so reads wait this much beyond a window's end before calling a byte missing.
 constexpr Micros kUsbSlack = ms(20);

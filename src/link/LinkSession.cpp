@@ -3,6 +3,7 @@
 #include "link/Hex.h"
 #include "link/KLineEngine.h"
 #include "link/LinkError.h"
+#include "link/ReplyText.h"
 
 namespace kvx::link {
 
@@ -74,24 +75,20 @@ std::string LinkSession::Transact(const std::string& frame)
 
 std::string LinkSession::DecodeReply(const std::string& raw)
 {
-    // Keeps the messages of a raw reply that are whole hex; a damaged message (from a hand-edited
-    // capture, say) is left out rather than handed to the decoders.
-    std::string out;
-    std::size_t from = 0;
-    while (from <= raw.size()) {
-        std::size_t to = raw.find(':', from);
-        if (to == std::string::npos)
-            to = raw.size();
-        const std::string message = raw.substr(from, to - from);
-        const auto bytes = fromHex(message);
-        if (bytes && !bytes->empty()) {
-            if (!out.empty())
-                out += ':';
-            out += toHex(*bytes);
-        }
-        from = to + 1;
+    // Keeps the messages of a raw reply that are whole hex, each as it arrived; a damaged message
+    // (from a hand-edited capture, say) is left out rather than handed to the decoders. Replies to
+    // bodies are read by their length byte, so their checksum, checked on arrival, is left off.
+    const bool bodies = engine_->bodySession();
+    std::vector<Bytes> messages;
+    for (const std::string& message : splitReply(raw)) {
+        auto bytes = fromHex(message);
+        if (!bytes || bytes->size() < (bodies ? 2u : 1u))
+            continue;
+        if (bodies)
+            bytes->pop_back();
+        messages.push_back(std::move(*bytes));
     }
-    return out;
+    return joined(messages);
 }
 
 std::string LinkSession::ComputeChecksum(const std::string& hex) const

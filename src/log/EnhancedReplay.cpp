@@ -2,6 +2,7 @@
 
 #include "data/GridLayouts.h"
 #include "enhanced/ItemRows.h"
+#include "link/ReplyText.h"
 #include "link/decode/NissanDecoder.h"
 #include "link/decode/ToyotaDecoder.h"
 #include "obd/LiveData.h"
@@ -58,7 +59,7 @@ std::string ToyotaFrameMessage(const std::string& frame) { return frame.substr(0
 
 std::string ToyotaParameter(const std::string& message)
 {
-    return message.size() >= 10 ? message.substr(8, 2) : std::string();
+    return link::dataText(message, 0);
 }
 
 FrameHandler NissanFrameHandler(GridModel& grid, const link::NissanDecoder& decoder, std::function<int()> moduleIndex)

@@ -21,7 +21,7 @@ std::string NissanFrameIdentifier(const std::string& frame);
 
 // A recorded Toyota frame is "message label": the reply and the row it was asked for.
 std::string ToyotaFrameMessage(const std::string& frame);
-// The parameter of a Toyota reply message (characters 9-10), "" when too short.
+// The parameter of a Toyota reply message (the first byte after the service), "" when it has none.
 std::string ToyotaParameter(const std::string& message);
 
 // Nissan logs: a row per recorded item in the order first seen (a row per named switch of a

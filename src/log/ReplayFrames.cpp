@@ -1,6 +1,7 @@
 #include "log/ReplayFrames.h"
 
 #include "data/GridLayouts.h"
+#include "link/ReplyText.h"
 #include "obd/LiveData.h"
 #include "session/GridModel.h"
 
@@ -19,7 +20,7 @@ int AddReplayRow(GridModel& grid, const std::string& id, const std::string& desc
 
 std::string FramePid(const std::string& frame)
 {
-    return frame.size() >= 10 ? frame.substr(8, 2) : std::string();
+    return link::dataText(frame, 0);
 }
 
 FrameHandler GenericFrameHandler(GridModel& grid, LiveDecoding decoding)

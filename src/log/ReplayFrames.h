@@ -30,7 +30,7 @@ struct LiveDecoding {
 // Appends a ticked row for a recorded item to the replay grid; returns its index.
 int AddReplayRow(GridModel& grid, const std::string& id, const std::string& description);
 
-// The parameter of a generic live-data frame (characters 9-10), "" when the frame is too short.
+// The parameter of a generic live-data frame (the first byte after the service), "" when it has none.
 std::string FramePid(const std::string& frame);
 
 // Generic logs: a row per recorded parameter in the order first seen; a frame updates the row of

@@ -1,5 +1,6 @@
 #include "obd/SupportedPids.h"
 
+#include "link/ReplyText.h"
 #include "obd/Connection.h"
 #include "obd/RequestCycle.h"
 #include "session/MainScreen.h"
@@ -10,16 +11,6 @@
 namespace kvx::obd {
 
 namespace {
-
-// Two hex digits at 1-based character `first`, or 0 when the message is too short or not hex.
-int hexAt(const std::string& message, std::size_t first, std::size_t minLength)
-{
-    if (message.size() < minLength)
-        return 0;
-    bool ok = false;
-    const int value = QString::fromStdString(message.substr(first - 1, 2)).toInt(&ok, 16);
-    return ok ? value : 0;
-}
 
 void noteUnit(Session& session, const std::string& address)
 {
@@ -38,9 +29,12 @@ std::string DecodeSupportedPids(Session& session, const std::string& message, co
     const std::string source = SourceAddress(message);
     if (source.empty())
         return source;
-    const int bytes[] = {hexAt(message, 11, 14), hexAt(message, 13, 16), hexAt(message, 15, 18),
-                         hexAt(message, 17, 20)};
-    int parameter = hexAt(message, 9, 10) + 1;
+    // The bitmap's own parameter, then bytes A to D, follow the service wherever the header puts
+    // it (a unit may send a length byte before it); a byte the message lacks counts as 0.
+    const auto m = link::readMessage(message);
+    const auto dataByte = [&m](std::size_t n) { return m && n < m->data.size() ? int{m->data[n]} : 0; };
+    const int bytes[] = {dataByte(1), dataByte(2), dataByte(3), dataByte(4)};
+    int parameter = dataByte(0) + 1;
     noteUnit(session, source);
 
     bool ok = false;

@@ -69,15 +69,15 @@ std::optional<Request> parseRequest(Protocol protocol, const link::Bytes& frame)
 }
 
 link::Bytes replyFrame(Protocol protocol, std::uint8_t unit, std::uint8_t tester, const link::Bytes& payload,
-                       bool addresses)
+                       KwpHeader form)
 {
     link::Bytes f;
     if (protocol == Protocol::Iso9141) {
         f = {0x48, 0x6B, unit};
     } else {
-        const bool inFormat = payload.size() <= 0x3F;
-        f = {static_cast<std::uint8_t>((addresses ? 0x80 : 0x00) | (inFormat ? payload.size() : 0))};
-        if (addresses) {
+        const bool inFormat = !form.lengthByte && payload.size() <= 0x3F;
+        f = {static_cast<std::uint8_t>((form.addresses ? 0x80 : 0x00) | (inFormat ? payload.size() : 0))};
+        if (form.addresses) {
             f.push_back(tester);
             f.push_back(unit);
         }
@@ -94,5 +94,7 @@ bool kb1WantsAddresses(std::uint8_t kb1)
     // HB1 set, or HB0 clear (a unit naming no form takes the full one): 0x08 and 0x04.
     return (kb1 & 0x08) || !(kb1 & 0x04);
 }
+
+bool kb1WantsLengthByte(std::uint8_t kb1) { return (kb1 & 0x02) && !(kb1 & 0x01); }
 
 } // namespace kvx::sim

@@ -15,13 +15,20 @@ std::optional<std::size_t> expectedFrameSize(Protocol protocol, const link::Byte
 // Takes a whole tester frame apart; nullopt when the checksum or the header is wrong.
 std::optional<Request> parseRequest(Protocol protocol, const link::Bytes& frame);
 
-// A unit's reply frame: ISO 9141 "48 6B <unit>", ISO 14230 with addresses and the length in the
-// format byte (a separate length byte beyond 63 bytes); checksum appended. Without addresses the
-// ISO 14230 header is the format byte alone.
+// How a unit writes an ISO 14230 header: with target and source or the format byte alone, and the
+// length in the format byte (a separate length byte beyond 63 bytes) or always in a byte of its own.
+struct KwpHeader {
+    bool addresses = true;
+    bool lengthByte = false;
+};
+
+// A unit's reply frame: ISO 9141 "48 6B <unit>", ISO 14230 in the given header form; checksum appended.
 link::Bytes replyFrame(Protocol protocol, std::uint8_t unit, std::uint8_t tester, const link::Bytes& payload,
-                       bool addresses = true);
+                       KwpHeader form = {});
 
 // Whether an ISO 14230 KB1 asks the tester for headers with target and source addresses.
 bool kb1WantsAddresses(std::uint8_t kb1);
+// Whether an ISO 14230 KB1 names the separate length byte as the only length form (AL1 without AL0).
+bool kb1WantsLengthByte(std::uint8_t kb1);
 
 } // namespace kvx::sim

@@ -23,7 +23,8 @@ constexpr link::Micros kLongestPulse = link::ms(100);
 constexpr link::Micros kFrameGap = link::ms(25);
 constexpr link::Micros kInvKb2Wait = link::ms(1000);
 
-bool baudHolds(int baud) { return std::abs(baud - kBusBaud) * 50 <= kBusBaud; }
+// Within 2 %; worked in 64 bits so no rate a tester may ask for overflows the test.
+bool baudHolds(int baud) { return std::llabs(static_cast<long long>(baud) - kBusBaud) * 50 <= kBusBaud; }
 
 } // namespace
 
@@ -239,7 +240,7 @@ void VirtualVehicle::finishAddress()
     std::uint8_t kb1 = 0x08, kb2 = 0x08;
     if (config_.slowInit == Protocol::Kwp2000 && !units_.empty()) {
         const EcuModel* lead = unitsByRank().back();
-        kb1 = lead->kwpKb1();
+        kb1 = kb1Of(*lead, true);
         kb2 = lead->kwpKb2();
     }
     if (wakeFault_ == Fault::WrongKeyBytes)
@@ -249,6 +250,7 @@ void VirtualVehicle::finishAddress()
     end = sendByte(kb1, end + config_.timing.w2);
     end = sendByte(kb2, end + config_.timing.w3);
     wake_ = Wake::AwaitInvKb2;
+    wakeKb1_ = kb1;
     expectedInvKb2_ = static_cast<std::uint8_t>(~kb2);
     wakeDeadline_ = end + kInvKb2Wait;
 }
@@ -262,24 +264,36 @@ void VirtualVehicle::startCommunication(const Request& request, link::Micros end
     const bool wrong = wakeFault_ == Fault::WrongKeyBytes;
     std::optional<link::Micros> last;
     std::optional<std::uint8_t> shortHeaderUnit;
+    std::uint8_t sessionKb1 = 0;
     for (EcuModel* unit : unitsByRank()) {
         if ((!request.functional && request.target != unit->address()) || silent(*unit))
             continue;
-        const std::uint8_t kb1 = request.functional ? unit->kwpKb1() : unit->kwpKb1Physical();
+        const std::uint8_t kb1 = kb1Of(*unit, request.functional);
         const link::Bytes positive{0xC1, wrong ? std::uint8_t{0x12} : kb1, wrong ? std::uint8_t{0x34} : unit->kwpKb2()};
-        last = sendFrame(replyFrame(Protocol::Kwp2000, unit->address(), request.source, positive), at);
+        last = sendFrame(replyFrame(Protocol::Kwp2000, unit->address(), request.source, positive,
+                                    KwpHeader{true, kb1WantsLengthByte(kb1)}),
+                         at);
         at = *last + config_.timing.p2;
+        sessionKb1 = kb1;
         if (!request.functional && !wrong && !kb1WantsAddresses(kb1))
             shortHeaderUnit = unit->address();
     }
     if (!last)
         return;
-    openSession(Protocol::Kwp2000, *last);
+    openSession(Protocol::Kwp2000, *last, sessionKb1);
     session_->shortHeaderUnit = shortHeaderUnit;
     session_->shortHeaderTester = request.source;
 }
 
-void VirtualVehicle::openSession(Protocol protocol, link::Micros at) { session_ = Session{protocol, at, {}, 0}; }
+void VirtualVehicle::openSession(Protocol protocol, link::Micros at, std::uint8_t kb1)
+{
+    session_ = Session{protocol, at, {}, 0, protocol == Protocol::Kwp2000 && kb1WantsLengthByte(kb1)};
+}
+
+std::uint8_t VirtualVehicle::kb1Of(const EcuModel& unit, bool functional) const
+{
+    return config_.kwpKb1.value_or(functional ? unit.kwpKb1() : unit.kwpKb1Physical());
+}
 
 void VirtualVehicle::setSilent(std::uint8_t unit, bool silent)
 {
@@ -338,7 +352,7 @@ void VirtualVehicle::onTesterByte(std::uint8_t byte, link::Micros end)
         }
         wake_ = Wake::None;
         const link::Micros last = sendByte(static_cast<std::uint8_t>(~kObdAddress), end + config_.timing.w4);
-        openSession(config_.slowInit, last);
+        openSession(config_.slowInit, last, wakeKb1_);
         return;
     }
     if (wake_ == Wake::LowPulse || wake_ == Wake::FiveBaud)
@@ -456,6 +470,7 @@ void VirtualVehicle::handleRequest(const Request& request, link::Micros end)
             answers.push_back({unit, std::move(payloads)});
     }
     const link::Micros gap = fault == Fault::LateReply ? tm.p2Late : tm.p2;
+    const KwpHeader form{request.addressed, session_->lengthByte};
     link::Micros at = end + gap;
     if (fault == Fault::Noise) {
         // Stray bytes on the line shortly before the first reply.
@@ -473,14 +488,13 @@ void VirtualVehicle::handleRequest(const Request& request, link::Micros end)
             a.payloads = {negative(service, 0x22)};
         if (struck && fault == Fault::ResponsePending) {
             const link::Micros last =
-                sendFrame(replyFrame(request.protocol, a.unit->address(), request.source, negative(service, 0x78),
-                                     request.addressed),
+                sendFrame(replyFrame(request.protocol, a.unit->address(), request.source, negative(service, 0x78), form),
                           at);
             at = last + tm.pending;
         }
         for (std::size_t k = 0; k < a.payloads.size(); ++k) {
             link::Bytes frame =
-                replyFrame(request.protocol, a.unit->address(), request.source, a.payloads[k], request.addressed);
+                replyFrame(request.protocol, a.unit->address(), request.source, a.payloads[k], form);
             if (struck && fault == Fault::BadChecksum && k + 1 == a.payloads.size())
                 frame.back() = static_cast<std::uint8_t>(frame.back() + 1);
             at = sendFrame(frame, at) + gap;

@@ -45,6 +45,9 @@ struct VehicleConfig {
     bool noBreaks = false;
     // What a 5-baud wake-up opens: ISO 9141-2 (key bytes 08 08) or ISO 14230 (KB2 0x8F).
     Protocol slowInit = Protocol::Iso9141;
+    // Every unit's ISO 14230 KB1, in place of its own; the units then write their headers in the
+    // form it names (0xEA: addresses and a separate length byte only).
+    std::optional<std::uint8_t> kwpKb1;
 };
 
 // A car on a K-line. Passive: it works out what happened on the bus from the clock whenever its
@@ -89,6 +92,7 @@ private:
         // requests are that unit's, from this tester.
         std::optional<std::uint8_t> shortHeaderUnit;
         std::uint8_t shortHeaderTester = 0;
+        bool lengthByte = false; // the key bytes named the separate length byte
     };
     struct Pending {
         link::Micros time; // end of the byte
@@ -107,7 +111,8 @@ private:
     void handleRequest(const Request& request, link::Micros end);
     link::Micros sendByte(std::uint8_t byte, link::Micros start, Origin origin = Origin::Ecu);
     link::Micros sendFrame(const link::Bytes& frame, link::Micros start);
-    void openSession(Protocol protocol, link::Micros at);
+    void openSession(Protocol protocol, link::Micros at, std::uint8_t kb1 = 0);
+    std::uint8_t kb1Of(const EcuModel& unit, bool functional) const;
     void dropSessionIfSilent(link::Micros t);
     std::optional<Protocol> listeningProtocol() const;
     std::vector<EcuModel*> unitsByRank() const;
@@ -132,6 +137,7 @@ private:
     std::vector<link::Micros> wakeEdges_;
     link::Micros wakeDeadline_ = 0;
     std::uint8_t expectedInvKb2_ = 0;
+    std::uint8_t wakeKb1_ = 0;
     Fault wakeFault_ = Fault::None;
     link::Bytes frame_; // the tester frame being received
     link::Micros frameLastByte_ = 0;

@@ -1,5 +1,8 @@
+#include "enhanced/Modules.h"
 #include "enhanced/NissanConnection.h"
 #include "obd/LiveData.h"
+#include "sim/EngineUnit.h"
+#include "support/CoreVehicle.h"
 #include "support/VehicleSession.h"
 
 #include <gtest/gtest.h>
@@ -28,7 +31,7 @@ TEST(NissanSupport, OnlyTheBitmapBytesPresentAreRead)
 {
     test::VehicleSession v;
     // Length, 62, block 11, start 00, then only d1 = 80 and d2 = 41.
-    MarkSupportedNissanSensors(v.session, "066211008041");
+    MarkSupportedNissanSensors(v.session, "056211008041");
     std::vector<std::size_t> rows;
     for (std::size_t row = 0; row < Session::kPidRows; ++row)
         if (marked(v.session, row, kBlock11))
@@ -36,9 +39,42 @@ TEST(NissanSupport, OnlyTheBitmapBytesPresentAreRead)
     EXPECT_EQ(rows, (std::vector<std::size_t>{1, 10, 16}));
 
     // A whole bitmap from start byte 20 of block 13: d4's last bit is item 0x40.
-    MarkSupportedNissanSensors(v.session, "0862132000000001");
+    MarkSupportedNissanSensors(v.session, "0762132000000001");
     EXPECT_TRUE(marked(v.session, 0x40, kBlock13));
     EXPECT_FALSE(marked(v.session, 0x3F, kBlock13));
+}
+
+// The Nissan engine unit, answering the first support request with a single bitmap byte.
+class ShortBitmapEngine final : public sim::EcuModel {
+public:
+    ShortBitmapEngine(link::Clock& clock, std::uint64_t seed) : inner_(clock, seed) {}
+    std::uint8_t address() const override { return inner_.address(); }
+    std::uint8_t kwpKb1Physical() const override { return inner_.kwpKb1Physical(); }
+    std::vector<link::Bytes> answer(const sim::Request& r) override
+    {
+        if (r.payload == link::Bytes{0x22, 0x11, 0x00, 0x04, 0x01})
+            return {{0x62, 0x11, 0x00, 0x80}};
+        return inner_.answer(r);
+    }
+
+private:
+    sim::EngineUnit inner_;
+};
+
+TEST(NissanSupport, AShortReplyMarksOnlyItsOwnBitmapByte)
+{
+    sim::VehicleConfig config;
+    config.units = {[](link::Clock& c, std::uint64_t seed) { return std::make_unique<ShortBitmapEngine>(c, seed); }};
+    test::CoreVehicle car(config);
+    ASSERT_TRUE(ConnectModule(car.session, ModuleNissanEcu));
+    EXPECT_EQ(car.session.LastRaw.substr(0, 4), "0762") << "the last support reply is a whole one";
+    std::vector<std::size_t> rows;
+    for (std::size_t row = 1; row < 32; ++row)
+        if (marked(car.session, row, kBlock11))
+            rows.push_back(row);
+    EXPECT_EQ(rows, std::vector<std::size_t>{1}) << "the reply 04 62 11 00 80 names 1101 alone";
+    EXPECT_EQ(car.screen.GridMode1.text(1, obd::PidColumn), "1101");
+    EXPECT_NE(car.screen.GridMode1.text(2, obd::PidColumn).substr(0, 3), "110");
 }
 
 TEST(NissanSupport, DamagedRepliesMarkNothing)

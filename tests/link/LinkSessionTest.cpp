@@ -236,10 +236,22 @@ TEST(Session, BodiesAreFramedInTheHeaderFormTheStartFrameOpened)
     ASSERT_TRUE(bench.wake(3, start));
     EXPECT_EQ(bench.result.substr(8, 4), "E58F") << "KB1: no address bytes, length in the format byte";
     EXPECT_EQ(bench.link.EncodeRequest("052211000401"), "0522110004013D");
-    const std::string reply = bench.ask("052211000401");
-    ASSERT_EQ(reply.size(), 18u) << "length, 62, identifier, four bitmap bytes, checksum";
-    EXPECT_EQ(reply.substr(0, 8), "07621100");
-    EXPECT_EQ(reply.substr(16), bench.link.ComputeChecksum(reply.substr(0, 16)));
+    const std::string raw = bench.link.Transact(bench.link.EncodeRequest("052211000401"));
+    ASSERT_EQ(raw.size(), 18u) << "the frame as it came: length, 62, identifier, four bitmap bytes, checksum";
+    EXPECT_EQ(raw.substr(16), bench.link.ComputeChecksum(raw.substr(0, 16)));
+    EXPECT_EQ(bench.link.DecodeReply(raw), raw.substr(0, 16)) << "the extracted reply is read by its length";
+    EXPECT_EQ(raw.substr(0, 8), "07621100");
+
+    // A unit that writes addresses and a separate length byte: the raw reply still has its service
+    // right after the length, where the keep-alive looks for it.
+    sim::VehicleConfig lengthByte;
+    lengthByte.kwpKb1 = 0xEA;
+    test::SimBench addressed(lengthByte);
+    ASSERT_TRUE(addressed.wake(3, start));
+    EXPECT_EQ(addressed.link.EncodeRequest("052211000401"), "8010FC052211000401C9");
+    const std::string bodyRaw = addressed.link.Transact(addressed.link.EncodeRequest("052211000401"));
+    EXPECT_EQ(bodyRaw.substr(0, 8), "07621100");
+    EXPECT_EQ(addressed.link.DecodeReply(bodyRaw), raw.substr(0, 16));
 
     // The functional start still opens a session with full headers on the same unit.
     ASSERT_TRUE(bench.wake(3));
@@ -271,4 +283,60 @@ TEST(Session, PortStateSettingsAndStopwatch)
     bench.clock.sleepFor(ms(1234) + 56);
     bench.link.LapStopwatch();
     EXPECT_EQ(bench.link.ReadStopwatch(), 12340);
+}
+
+TEST(Session, AFailedWakeUpFreesThePortAndAClosedLinkRefusesPlainly)
+{
+    sim::VehicleConfig deaf;
+    deaf.faults.wakeUps = {{0, Fault::Silence}, {1, Fault::Silence}, {2, Fault::Silence}, {4, Fault::Silence}};
+    test::SimBench bench(deaf);
+    for (int protocol : {1, 2, 3}) {
+        EXPECT_FALSE(bench.wake(protocol)) << protocol;
+        EXPECT_FALSE(bench.link.IsPortOpen()) << protocol;
+        try {
+            bench.link.Transact("686AF10100C4");
+            FAIL() << "a closed link sent a frame";
+        } catch (const LinkError& e) {
+            EXPECT_EQ(e.kind(), LinkError::Kind::PortLost);
+        }
+    }
+    // A re-wake of a standing session keeps the port: its caller goes on counting silence.
+    ASSERT_TRUE(bench.wake(1));
+    EXPECT_FALSE(bench.wake(1, "", true));
+    EXPECT_TRUE(bench.link.IsPortOpen());
+    EXPECT_EQ(bench.ask("686AF10100"), "");
+
+    // Rates no K-line interface runs at are refused before the wire is touched.
+    for (int rate : {999999999, 0, -10400, 300}) {
+        test::SimBench refused;
+        try {
+            refused.link.InitializeEcu("33", rate, 0, 1, "", false, refused.result);
+            FAIL() << rate;
+        } catch (const LinkError& e) {
+            EXPECT_EQ(e.kind(), LinkError::Kind::BaudRefused);
+            EXPECT_NE(std::string(e.what()).find(std::to_string(rate)), std::string::npos);
+        }
+        EXPECT_FALSE(refused.link.IsPortOpen());
+        EXPECT_TRUE(refused.vehicle.record().events.empty()) << rate;
+        EXPECT_TRUE(refused.wake(1)) << "the next try with a good rate works";
+    }
+
+    // A port that opens but will not take the rate is closed again, not left half set up.
+    struct NoRate final : link::Wire {
+        bool open_ = false;
+        void open() override { open_ = true; }
+        void close() override { open_ = false; }
+        bool isOpen() const override { return open_; }
+        void setBaud(int) override { throw LinkError(LinkError::Kind::BaudRefused, "runs at 9600 only"); }
+        void setBreak(bool) override {}
+        void write(std::span<const std::uint8_t>) override {}
+        std::size_t read(std::span<std::uint8_t>, link::Micros) override { return 0; }
+        void flushInput() override {}
+    };
+    link::VirtualClock clock;
+    link::LinkSession fussy([](int) { return std::make_unique<NoRate>(); }, clock);
+    std::string result;
+    EXPECT_THROW(fussy.InitializeEcu("33", 10400, 1, 1, "", false, result), LinkError);
+    EXPECT_FALSE(fussy.IsPortOpen());
+    EXPECT_THROW(fussy.Transact("686AF10100C4"), LinkError);
 }

@@ -122,7 +122,8 @@ TEST(TestWalkSilence, WakesFromTheThirdSilenceAndGivesUpAtTheFourteenth)
     test::RecordingShell shell;
     Session s(link, screen, shell);
     std::string result;
-    EXPECT_FALSE(link.InitializeEcu("33", 10400, 1, link::Iso9141Slow, "", false, result));
+    // A session whose unit has gone silent: its re-wake fails and the port stays open.
+    EXPECT_FALSE(link.InitializeEcu("33", 10400, 1, link::Iso9141Slow, "", true, result));
     s.settings.ProtocolNumber = link::Iso9141Slow;
     s.LinkDown = false;
     s.HeaderByte1 = "68";

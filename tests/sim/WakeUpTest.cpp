@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
+
 namespace kvx::sim::test {
 namespace {
 
@@ -177,10 +179,14 @@ TEST(Bus, EchoesEachTesterByteAsItEndsAndGarblesRepliesAtAWrongRate)
         EXPECT_EQ(echoes[echoes.size() - 6 + i].time, sent + static_cast<link::Micros>(i + 1) * t.vehicle.byteTime());
     t.readUntilQuiet();
 
-    t.wire->setBaud(9600);
-    const Bytes garbled = t.iso({0x01, 0x0D});
+    // Any other rate garbles, up to the largest a port could be asked for.
+    for (int rate : {9600, 999999999, std::numeric_limits<int>::max()}) {
+        t.wire->setBaud(rate);
+        const Bytes garbled = t.iso({0x01, 0x0D});
+        EXPECT_TRUE(garbled.empty() || garbled[0] != 0x48) << rate;
+    }
     t.wire->setBaud(10400);
-    EXPECT_TRUE(garbled.empty() || garbled[0] != 0x48);
+    EXPECT_EQ(t.iso({0x01, 0x0D}).at(0), 0x48);
 }
 
 TEST(Bus, PtyModeOpensSessionsFromMessagesAlone)

@@ -1,6 +1,6 @@
 #include "link/decode/InfoValue.h"
 
-#include "link/decode/Message.h"
+#include "link/ReplyText.h"
 #include "link/decode/PidTable.h"
 #include "link/decode/PidValue.h"
 #include "link/decode/PidWords.h"
@@ -9,7 +9,7 @@ namespace kvx::link::decode {
 
 std::string formatInfoValue(std::string_view message)
 {
-    const auto m = parseMessage(message);
+    const auto m = readMessage(message);
     if (!m || m->service != 0x41 || m->data.empty())
         return {};
     const int pid = m->data[0];

@@ -1,6 +1,6 @@
 #include "link/decode/PidValue.h"
 
-#include "link/decode/Message.h"
+#include "link/ReplyText.h"
 #include "link/decode/NumberText.h"
 #include "link/decode/PidTable.h"
 #include "link/decode/PidWords.h"
@@ -90,7 +90,7 @@ int sensorBlockStart(const PidRow& row)
 
 std::string valueAfter(std::string_view message, std::uint8_t service, std::size_t skip, int selector)
 {
-    const auto m = parseMessage(message);
+    const auto m = readMessage(message);
     if (!m || m->service != service || m->data.size() < skip)
         return {};
     return pidValueText(m->data[0], m->data.data() + skip, m->data.size() - skip, selector);

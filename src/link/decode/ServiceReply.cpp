@@ -1,6 +1,6 @@
 #include "link/decode/ServiceReply.h"
 
-#include "link/decode/Message.h"
+#include "link/ReplyText.h"
 
 namespace kvx::link::decode {
 
@@ -34,7 +34,7 @@ std::string negativeResponseText(std::uint8_t code)
 
 std::string formatServiceReply(std::string_view message)
 {
-    const auto m = parseMessage(message);
+    const auto m = readMessage(message);
     if (!m)
         return {};
     if (m->service == kNegative) {

@@ -1,6 +1,6 @@
 #include "link/decode/TestResults.h"
 
-#include "link/decode/Message.h"
+#include "link/ReplyText.h"
 #include "link/decode/NumberText.h"
 #include "link/decode/PidWords.h"
 
@@ -57,7 +57,7 @@ std::string oxygenTestName(int tid)
 
 std::string formatOxygenTest(std::string_view message, int selector)
 {
-    const auto m = parseMessage(message);
+    const auto m = readMessage(message);
     if (!m || m->service != kOxygenReply || m->data.empty() || selector < TestValue || selector > TestMaximum)
         return {};
     const int tid = m->data[0];
@@ -80,7 +80,7 @@ std::string formatOxygenTest(std::string_view message, int selector)
 
 MonitorTestTexts formatMonitorTest(std::string_view message)
 {
-    const auto m = parseMessage(message);
+    const auto m = readMessage(message);
     if (!m || m->service != kMonitorReply || m->data.size() < 6)
         return {};
     const auto& d = m->data;

@@ -1,7 +1,7 @@
 #include "link/decode/ToyotaDecoder.h"
 
 #include "link/Hex.h"
-#include "link/decode/Message.h"
+#include "link/ReplyText.h"
 #include "link/decode/PidValue.h"
 #include "link/decode/ToyotaItems.h"
 
@@ -26,7 +26,7 @@ std::string ToyotaDecoder::SensorValue(int a, int b, const std::string& reply, i
 {
     if (kind != Metric && kind != Customary)
         return {};
-    const auto m = parseMessage(reply);
+    const auto m = readMessage(reply);
     if (!m || m->service != kLiveReply || m->data.empty())
         return {};
     const ToyotaItem* item = findToyotaItem(m->data[0], a, b);

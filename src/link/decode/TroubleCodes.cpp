@@ -1,6 +1,8 @@
 #include "link/decode/TroubleCodes.h"
 
-#include "link/decode/Message.h"
+#include "link/ReplyText.h"
+
+#include <algorithm>
 
 namespace kvx::link::decode {
 
@@ -20,10 +22,9 @@ std::string troubleCode(std::uint8_t high, std::uint8_t low)
 std::string formatTroubleCodes(std::string_view reply, int count)
 {
     std::string codes;
-    for (int n = 0; n < count && !reply.empty(); ++n) {
-        const auto colon = reply.find(':');
-        const auto message = parseMessage(reply.substr(0, colon));
-        reply = colon == std::string_view::npos ? std::string_view{} : reply.substr(colon + 1);
+    const std::vector<std::string> messages = splitReply(reply);
+    for (std::size_t n = 0; n < messages.size() && n < static_cast<std::size_t>(std::max(count, 0)); ++n) {
+        const auto message = readMessage(messages[n]);
         if (!message || (message->service != kStoredCodes && message->service != kPendingCodes))
             continue;
         const auto& d = message->data;

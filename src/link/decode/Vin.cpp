@@ -1,6 +1,6 @@
 #include "link/decode/Vin.h"
 
-#include "link/decode/Message.h"
+#include "link/ReplyText.h"
 
 #include <map>
 
@@ -15,16 +15,16 @@ constexpr std::size_t kBytesPerMessage = 4;
 std::string formatVin(std::string_view reply)
 {
     std::map<int, Bytes> parts;
-    int source = -1;
-    while (!reply.empty()) {
-        const auto colon = reply.find(':');
-        const auto m = parseMessage(reply.substr(0, colon));
-        reply = colon == std::string_view::npos ? std::string_view{} : reply.substr(colon + 1);
+    bool first = true;
+    std::optional<std::uint8_t> source;
+    for (const std::string& message : splitReply(reply)) {
+        const auto m = readMessage(message);
         if (!m || m->service != kInfoReply || m->data.size() < 2 + kBytesPerMessage || m->data[0] != kVinInfoType)
             continue;
         // Two units may both answer; the first one's messages make the number.
-        if (source < 0)
+        if (first)
             source = m->source;
+        first = false;
         if (m->source != source)
             continue;
         parts.emplace(m->data[1], Bytes(m->data.begin() + 2, m->data.begin() + 2 + kBytesPerMessage));
