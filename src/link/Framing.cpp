@@ -39,6 +39,7 @@ struct KwpLayout {
     std::size_t lengthAt = 0; // index of a separate length byte, 0 when none
     std::size_t data = 0;
     std::size_t size() const { return header + (lengthAt ? 1 : 0) + data + 1; }
+    std::size_t serviceAt() const { return header + (lengthAt ? 1 : 0); }
 };
 
 // The layout of a KWP frame starting at from, or nullopt while its length byte has not come.
@@ -57,28 +58,45 @@ std::optional<KwpLayout> kwpLayout(const std::vector<TimedByte>& in, std::size_t
     return l;
 }
 
-// Size of a whole, checksum-valid frame at from, 0 when none, nullopt while it may still arrive.
-std::optional<std::size_t> kwpFrameAt(const std::vector<TimedByte>& in, std::size_t from)
+// Testers use the addresses from F0 up; everything below is a unit.
+bool isUnit(std::uint8_t address) { return address < 0xF0; }
+// Every reply's service has bit 6 set (positive replies are the request plus 0x40, refusals 7F).
+bool isReplyService(std::uint8_t service) { return (service & 0x40) != 0; }
+
+// Whether the KWP frame laid out at from, once whole, could be a reply to us: for this tester,
+// from a unit, or in the one-byte header form where the session uses it; nothing of the checksum.
+bool kwpHeaderFits(const std::vector<TimedByte>& in, std::size_t from, const KwpLayout& l,
+                   const ReplyAddressing& to)
 {
-    auto l = kwpLayout(in, from);
-    if (!l)
-        return std::nullopt;
-    if (l->data == 0)
-        return 0;
-    if (from + l->size() > in.size())
-        return std::nullopt;
-    return checksumHolds(in, from, l->size()) ? l->size() : 0;
+    if (l.data == 0 || from + l.size() > in.size())
+        return false;
+    if (l.header == 3 ? in[from + 1].value != to.tester || !isUnit(in[from + 2].value) : !to.shortHeaders)
+        return false;
+    return isReplyService(in[from + l.serviceAt()].value);
 }
 
-// ISO 9141 frames carry no length: a checksum that holds and is followed by the end, the next
-// frame's header or a pause marks the end. Among several such ends the longest pause wins.
-std::size_t isoFrameAt(const std::vector<TimedByte>& in, std::size_t from)
+// ISO 9141-2 replies start 48 6B and the unit's address; only the checksum marks where they end.
+bool isoHeaderFits(const std::vector<TimedByte>& in, std::size_t from)
 {
-    // Every J1979 reply on ISO 9141-2 starts 48 6B.
-    if (from + 1 >= in.size() || in[from].value != 0x48 || in[from + 1].value != 0x6B)
-        return 0;
-    std::size_t best = 0;
-    Micros bestGap = -1;
+    return from + kIsoHeader < in.size() && in[from].value == 0x48 && in[from + 1].value == 0x6B &&
+           isUnit(in[from + 2].value) && isReplyService(in[from + kIsoHeader].value);
+}
+
+// Sizes of the whole valid frames that may start at from, the likeliest first. An ISO 9141 frame
+// may end wherever its checksum holds; the end followed by the next header or the longest pause
+// is the likeliest.
+std::vector<std::size_t> framesAt(LineKind kind, const std::vector<TimedByte>& in, std::size_t from,
+                                  const ReplyAddressing& to)
+{
+    if (kind == LineKind::Kwp) {
+        const auto l = kwpLayout(in, from);
+        if (!l || !kwpHeaderFits(in, from, *l, to) || !checksumHolds(in, from, l->size()))
+            return {};
+        return {l->size()};
+    }
+    if (!isoHeaderFits(in, from))
+        return {};
+    std::vector<std::pair<Micros, std::size_t>> ends;
     for (std::size_t size = kIsoHeader + 2; size <= kIsoHeader + kIsoMaxData + 1 && from + size <= in.size(); ++size) {
         if (!checksumHolds(in, from, size))
             continue;
@@ -89,12 +107,37 @@ std::size_t isoFrameAt(const std::vector<TimedByte>& in, std::size_t from)
             const Micros gap = in[next].time - in[next - 1].time;
             score = nextHeader ? gap + ms(1000) : gap;
         }
-        if (score > bestGap) {
-            bestGap = score;
-            best = size;
-        }
+        ends.push_back({score, size});
     }
-    return best;
+    std::stable_sort(ends.begin(), ends.end(), [](const auto& a, const auto& b) { return a.first > b.first; });
+    std::vector<std::size_t> sizes;
+    for (const auto& e : ends)
+        sizes.push_back(e.second);
+    return sizes;
+}
+
+// Why the bytes [from, to) make no frame, for the trace.
+std::string dropReason(LineKind kind, const std::vector<TimedByte>& in, std::size_t from, std::size_t to,
+                       const ReplyAddressing& addressing, bool& incomplete)
+{
+    if (kind == LineKind::Kwp) {
+        const auto l = kwpLayout(in, from);
+        if (to == in.size() && (!l || from + l->size() > to)) {
+            incomplete = true;
+            return "incomplete frame";
+        }
+        if (l && from + l->size() == to && kwpHeaderFits(in, from, *l, addressing))
+            return "bad checksum";
+        return "stray bytes";
+    }
+    const std::size_t size = to - from;
+    if (isoHeaderFits(in, from) && size >= kIsoHeader + 2 && size <= kIsoHeader + kIsoMaxData + 1)
+        return "bad checksum";
+    if (to == in.size() && isoHeaderFits(in, from)) {
+        incomplete = true;
+        return "incomplete frame";
+    }
+    return "stray bytes";
 }
 
 } // namespace
@@ -146,45 +189,34 @@ Bytes encodeBody(const HeaderForm& form, std::uint8_t target, std::uint8_t sourc
     return frame;
 }
 
-FrameCut cutFrames(LineKind kind, const std::vector<TimedByte>& in)
+FrameCut cutFrames(LineKind kind, const std::vector<TimedByte>& in, const ReplyAddressing& addressing)
 {
+    // Line noise can look like the start of a frame that swallows the real one behind it, so the
+    // cut is the one whose frames cover the most bytes; among equals, frames that start earlier.
+    const std::size_t n = in.size();
+    std::vector<std::size_t> covered(n + 1, 0);
+    std::vector<std::size_t> take(n, 0);
+    for (std::size_t i = n; i-- > 0;) {
+        covered[i] = covered[i + 1];
+        for (std::size_t size : framesAt(kind, in, i, addressing)) {
+            const std::size_t c = size + covered[i + size];
+            if (c > covered[i] || (take[i] == 0 && c == covered[i])) {
+                covered[i] = c;
+                take[i] = size;
+            }
+        }
+    }
     FrameCut cut;
-    std::size_t pos = 0;
-    auto frameAt = [&](std::size_t from) -> std::optional<std::size_t> {
-        return kind == LineKind::Kwp ? kwpFrameAt(in, from) : std::optional<std::size_t>(isoFrameAt(in, from));
-    };
-    while (pos < in.size()) {
-        const auto size = frameAt(pos);
-        if (size && *size > 0) {
-            cut.frames.push_back(slice(in, pos, pos + *size));
-            pos += *size;
+    for (std::size_t pos = 0; pos < n;) {
+        if (take[pos] > 0) {
+            cut.frames.push_back(slice(in, pos, pos + take[pos]));
+            pos += take[pos];
             continue;
         }
-        // Nothing valid starts here: skip to the next place where a whole valid frame starts.
         std::size_t next = pos + 1;
-        while (next < in.size()) {
-            const auto s = frameAt(next);
-            if (s && *s > 0)
-                break;
+        while (next < n && take[next] == 0)
             ++next;
-        }
-        std::string reason = "stray bytes";
-        if (kind == LineKind::Kwp) {
-            auto l = kwpLayout(in, pos);
-            if (!l || pos + l->size() > next) {
-                if (next == in.size()) {
-                    cut.incompleteTail = true;
-                    reason = "incomplete frame";
-                }
-            } else if (pos + l->size() == next) {
-                reason = "bad checksum";
-            }
-        } else if (next - pos >= kIsoHeader + 2 && next - pos <= kIsoHeader + kIsoMaxData + 1) {
-            reason = "bad checksum";
-        } else if (next == in.size()) {
-            cut.incompleteTail = true;
-            reason = "incomplete frame";
-        }
+        const std::string reason = dropReason(kind, in, pos, next, addressing, cut.incompleteTail);
         cut.dropped.push_back({slice(in, pos, next), in[next - 1].time, reason});
         pos = next;
     }

@@ -37,10 +37,19 @@ Bytes encodeRequest(LineKind kind, const Bytes& request, const HeaderForm& form)
 // Frames a body that starts with its own length byte, addressed from source to target.
 Bytes encodeBody(const HeaderForm& form, std::uint8_t target, std::uint8_t source, const Bytes& body);
 
+// Whom a reply frame must be for: the tester that sent the request (F1 for the generic services,
+// the start frame's source for bodies), and whether the one-byte header form, which names no one,
+// is the session's.
+struct ReplyAddressing {
+    std::uint8_t tester = 0xF1;
+    bool shortHeaders = false;
+};
+
 // Cuts received bytes into frames: ISO 14230 by the length in the format or length byte, ISO 9141
 // by checksum and the header of the next frame, with the gaps between bytes as the last resort.
-// Frames with a bad checksum and stray bytes are dropped.
-FrameCut cutFrames(LineKind kind, const std::vector<TimedByte>& bytes);
+// A frame is only one when it is addressed to the tester from a unit, carries a reply's service
+// and its checksum holds; anything else is dropped and the cut resumes on the next byte.
+FrameCut cutFrames(LineKind kind, const std::vector<TimedByte>& bytes, const ReplyAddressing& addressing = {});
 
 // The payload (service byte onwards, checksum excluded) of a whole frame.
 Bytes payloadOf(LineKind kind, const Bytes& frame);

@@ -15,6 +15,7 @@ namespace {
 // Long waits are cut into slices this long so a window stays responsive between them.
 constexpr Micros kIdleSlice = ms(10);
 constexpr Micros kTiniHNominal = kTWuP - kTiniL;
+constexpr std::uint8_t kTester = 0xF1;
 } // namespace
 
 // Marks the engine busy for one exchange; a port close asked for meanwhile happens at its end.
@@ -149,7 +150,7 @@ WakeUpResult KLineEngine::wakeUpOnPort(const WakeUpRequest& rq)
     if (rq.protocol == 3) {
         Bytes start = rq.startFrame;
         if (start.empty()) {
-            start = {0xC1, rq.address, 0xF1, 0x81};
+            start = {0xC1, rq.address, kTester, 0x81};
             start.push_back(checksum(start));
         }
         r = fastInit(*io_, clock_, trace_, start, timing);
@@ -213,9 +214,17 @@ std::vector<Bytes> KLineEngine::transact(const Bytes& frame)
     io_->setIdle(idle_);
     io_->sendFrame(frame, p4_);
     const LineKind kind = kind_ ? *kind_ : kindFor(frame);
-    CollectedReplies replies = collectReplies(*io_, kind, trace_);
+    CollectedReplies replies = collectReplies(*io_, kind, replyAddressing(frame), trace_);
     badChecksums_ += replies.badChecksums;
     return std::move(replies.frames);
+}
+
+ReplyAddressing KLineEngine::replyAddressing(const Bytes& frame) const
+{
+    // Bodies name the tester in the start frame; generic requests carry it as their source.
+    if (bodyAddresses_)
+        return {bodyAddresses_->second, !form_.addresses};
+    return {frame.size() > 2 ? frame[2] : kTester, false};
 }
 
 bool KLineEngine::portOpen() const { return wire_ && wire_->isOpen() && io_ && !closePending_; }

@@ -61,6 +61,7 @@ private:
     void idleUntil(Micros t);
     void closeNow();
     LineKind kindFor(const Bytes& request) const;
+    ReplyAddressing replyAddressing(const Bytes& frame) const;
 
     WireFactory& wires_;
     Clock& clock_;

@@ -21,7 +21,7 @@ bool endsWith(const std::vector<TimedByte>& got, const Bytes& frame)
 
 } // namespace
 
-CollectedReplies collectReplies(ByteLink& io, LineKind kind, TraceSink* trace)
+CollectedReplies collectReplies(ByteLink& io, LineKind kind, const ReplyAddressing& addressing, TraceSink* trace)
 {
     CollectedReplies out;
     std::vector<TimedByte> got;
@@ -32,7 +32,7 @@ CollectedReplies collectReplies(ByteLink& io, LineKind kind, TraceSink* trace)
             break;
         got.push_back(*b);
         deadline = b->time + kline::kP2Max;
-        const FrameCut cut = cutFrames(kind, got);
+        const FrameCut cut = cutFrames(kind, got, addressing);
         if (!cut.frames.empty() && isResponsePending(kind, cut.frames.back()) && endsWith(got, cut.frames.back()) &&
             out.pendingReplies < kline::kMaxPendingReplies) {
             ++out.pendingReplies;
@@ -42,7 +42,7 @@ CollectedReplies collectReplies(ByteLink& io, LineKind kind, TraceSink* trace)
     if (got.size() >= kMaxReplyBytes && trace)
         trace->note(io.lastActivity(), "the line kept talking; stopped listening after 4096 bytes");
 
-    const FrameCut cut = cutFrames(kind, got);
+    const FrameCut cut = cutFrames(kind, got, addressing);
     for (const auto& d : cut.dropped) {
         if (d.reason == "bad checksum")
             ++out.badChecksums;

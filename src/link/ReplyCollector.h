@@ -15,6 +15,6 @@ struct CollectedReplies {
 
 // Reads the units' answers to the request just sent until P2max passes without a byte (up to
 // P2*max after a response-pending frame), then cuts them into frames.
-CollectedReplies collectReplies(ByteLink& io, LineKind kind, TraceSink* trace);
+CollectedReplies collectReplies(ByteLink& io, LineKind kind, const ReplyAddressing& addressing, TraceSink* trace);
 
 } // namespace kvx::link

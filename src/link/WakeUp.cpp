@@ -136,7 +136,9 @@ WakeUpResult fastInit(ByteLink& io, Clock& clock, TraceSink* trace, const Bytes&
            kTWuP + kFastInitTolerance);
     io.sendFrame(startFrame, wt.p4);
 
-    const CollectedReplies replies = collectReplies(io, LineKind::Kwp, trace);
+    // A unit woken by its own address may answer in the one-byte header form.
+    const ReplyAddressing addressing{startFrame[2], (startFrame[0] & 0xC0) == 0x80};
+    const CollectedReplies replies = collectReplies(io, LineKind::Kwp, addressing, trace);
     for (const auto& f : replies.frames) {
         const Bytes p = payloadOf(LineKind::Kwp, f);
         if (p.size() < 3 || p[0] != 0xC1)

@@ -28,6 +28,7 @@ struct FaultPlan {
     std::vector<Fault> kinds;         // the faults drawn from (all when empty)
     std::map<int, Fault> requests;    // fixed faults by request number, before any random one
     std::map<int, Fault> wakeUps;     // fixed faults by wake-up number
+    std::vector<std::uint8_t> noise;  // the stray bytes of a Noise fault; two random ones when empty
 
     Fault forRequest(int n) const;
     Fault forWakeUp(int n) const;

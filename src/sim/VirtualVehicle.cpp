@@ -474,11 +474,14 @@ void VirtualVehicle::handleRequest(const Request& request, link::Micros end)
     link::Micros at = end + gap;
     if (fault == Fault::Noise) {
         // Stray bytes on the line shortly before the first reply.
-        link::Micros t = end + tm.p1;
-        for (int i = 0; i < 2; ++i) {
+        link::Bytes stray = config_.faults.noise;
+        for (int i = 0; i < 2 && config_.faults.noise.empty(); ++i) {
             noise_ = noise_ * 6364136223846793005ull + 1442695040888963407ull;
-            t = sendByte(static_cast<std::uint8_t>(noise_ >> 56), t) + tm.p1;
+            stray.push_back(static_cast<std::uint8_t>(noise_ >> 56));
         }
+        link::Micros t = end + tm.p1;
+        for (std::uint8_t b : stray)
+            t = sendByte(b, t) + tm.p1;
     }
     for (std::size_t i = 0; i < answers.size(); ++i) {
         Answer& a = answers[i];

@@ -19,6 +19,12 @@ std::vector<TimedByte> timed(const Bytes& bytes, Micros step = ms(1))
     return out;
 }
 
+// A frame with its checksum appended.
+std::string framed(const std::string& text)
+{
+    return text + toHex(checksum(*fromHex(text)));
+}
+
 std::vector<TimedByte> concat(std::initializer_list<const char*> frames)
 {
     Bytes all;
@@ -76,13 +82,38 @@ TEST(KeyBytes, DecideTimingAndHeaderForm)
 TEST(Cutting, KwpFramesByFormatAndLengthByte)
 {
     const auto cut = cutFrames(LineKind::Kwp, concat({"83F110C1EF8FC3", "80F1100641008008001060", "02410043"}));
-    ASSERT_EQ(cut.frames.size(), 3u);
+    ASSERT_EQ(cut.frames.size(), 2u);
     EXPECT_EQ(toHex(cut.frames[1]), "80F1100641008008001060");
     EXPECT_EQ(toHex(bodyOf(LineKind::Kwp, cut.frames[1])), "06410080080010DF");
     EXPECT_EQ(toHex(bodyOf(LineKind::Kwp, hex("87FC106211008000000187"))), "0762110080000001FB")
         << "a reply with addresses reads as one without";
-    EXPECT_EQ(toHex(cut.frames[2]), "02410043") << "one-byte header form";
-    EXPECT_TRUE(cut.dropped.empty());
+    EXPECT_EQ(cut.dropped.size(), 1u) << "the one-byte header form names no one: not ours unless the session uses it";
+
+    const ReplyAddressing bodies{0xFC, true};
+    const auto nissan = cutFrames(LineKind::Kwp, concat({"02410043", "87FC106211008000000187"}), bodies);
+    ASSERT_EQ(nissan.frames.size(), 2u);
+    EXPECT_EQ(toHex(nissan.frames[0]), "02410043");
+}
+
+TEST(Cutting, LineNoiseNeverMakesAFrame)
+{
+    // A stray C1 reads as a five-byte frame whose checksum holds, swallowing the real reply's head.
+    const auto cut = cutFrames(LineKind::Kwp, concat({"D7C1", "87F110490001C000000092"}));
+    ASSERT_EQ(cut.frames.size(), 1u);
+    EXPECT_EQ(toHex(cut.frames[0]), "87F110490001C000000092");
+
+    // Frames for another tester, from a tester, or carrying a request's service are not replies.
+    for (const char* notOurs : {"82FC104100", "82F1F14100", "82F1100100"}) {
+        const auto c = cutFrames(LineKind::Kwp, concat({framed(notOurs).c_str()}));
+        EXPECT_TRUE(c.frames.empty()) << notOurs;
+    }
+
+    // Noise that passes every test still loses to the longer cut through the real frame behind it.
+    // (C1 F1 86 F1 29 is a whole reply to F1 from unit 86.)
+    const std::string real = framed("86F1294100BE1FA813");
+    const auto swallowing = cutFrames(LineKind::Kwp, concat({"C1F1", real.c_str()}));
+    ASSERT_EQ(swallowing.frames.size(), 1u);
+    EXPECT_EQ(toHex(swallowing.frames[0]), real);
 }
 
 TEST(Cutting, BadChecksumAndNoiseAreDroppedWithoutLosingTheGoodFrames)
@@ -96,6 +127,24 @@ TEST(Cutting, BadChecksumAndNoiseAreDroppedWithoutLosingTheGoodFrames)
     const auto tail = cutFrames(LineKind::Kwp, concat({"86F1104100BE3FB81390", "86F118"}));
     EXPECT_EQ(tail.frames.size(), 1u);
     EXPECT_TRUE(tail.incompleteTail);
+}
+
+TEST(Cutting, FrameEdges)
+{
+    // ISO 9141: a service and six data bytes fill the longest frame; one more is no frame.
+    const std::string longest = framed("486B1049010203040506");
+    EXPECT_EQ(cutFrames(LineKind::Iso9141, concat({longest.c_str()})).frames.size(), 1u);
+    EXPECT_TRUE(cutFrames(LineKind::Iso9141, concat({framed("486B104901020304050607").c_str()})).frames.empty());
+    // The shortest frames: header, service, checksum.
+    EXPECT_EQ(cutFrames(LineKind::Iso9141, concat({framed("486B1044").c_str()})).frames.size(), 1u);
+    EXPECT_EQ(cutFrames(LineKind::Kwp, concat({framed("81F11044").c_str()})).frames.size(), 1u);
+    EXPECT_EQ(cutFrames(LineKind::Kwp, concat({framed("0144").c_str()}), {0xF1, true}).frames.size(), 1u);
+    // KWP: 64 bytes and more need the length byte; a length byte of 0 carries no service.
+    const std::string big = framed("80F11040" + std::string(128, '4'));
+    const auto bigCut = cutFrames(LineKind::Kwp, concat({big.c_str(), framed("80F11000").c_str()}));
+    ASSERT_EQ(bigCut.frames.size(), 1u);
+    EXPECT_EQ(bigCut.frames[0].size(), 69u);
+    EXPECT_EQ(bigCut.dropped.size(), 1u);
 }
 
 TEST(Cutting, Iso9141FramesByChecksumAndNextHeader)

@@ -1,6 +1,8 @@
 #include "enhanced/Modules.h"
 #include "enhanced/NissanKeepAlive.h"
 #include "obd/Connection.h"
+#include "obd/InfoPids.h"
+#include "obd/TextColumns.h"
 #include "obd/KeepAlive.h"
 #include "obd/LiveData.h"
 #include "sim/EngineUnit.h"
@@ -158,6 +160,19 @@ TEST(LengthByteFrames, NissanUnitsWithFullHeadersStayAlive)
     enhanced::NissanKeepAliveTick(car.session);
     EXPECT_EQ(car.session.LastRaw.substr(2, 2), "62");
     EXPECT_EQ(car.session.SilenceCount, 0);
+}
+
+TEST(LineNoise, StrayBytesBeforeTheRepliesLoseNothing)
+{
+    // C1 before a frame starting 87 F1 10 49 reads as a whole frame of its own.
+    sim::VehicleConfig config;
+    config.faults.rate = 1.0;
+    config.faults.kinds = {sim::Fault::Noise};
+    config.faults.noise = {0xD7, 0xC1};
+    test::CoreVehicle car(config, link::Kwp2000Fast);
+    ASSERT_TRUE(ConnectEcu(car.session));
+    ReadVehicleId(car.session);
+    EXPECT_EQ(car.screen.txtInfo.text(), std::string("VIN: ") + sim::EngineUnit::kVin + kLineBreak);
 }
 
 } // namespace
