@@ -10,10 +10,8 @@ namespace kvx::link {
 namespace {
 // A USB interface may hold an echo back for its latency timer; beyond this there is no echo.
 constexpr Micros kEchoWait = ms(50);
-// The window gets its events at least this often while a request is exchanged...
-constexpr Micros kIdlePeriod = ms(10);
-// ...but only where the wait leaves this much time, so a slow repaint cannot make a byte late.
-constexpr Micros kIdleMargin = ms(10);
+// The window gets its events at least this often during a long wait.
+constexpr Micros kIdleSlice = ms(10);
 } // namespace
 
 ByteLink::ByteLink(Wire& wire, Clock& clock, TraceSink* trace, int baud)
@@ -30,15 +28,6 @@ bool ByteLink::fill(Micros deadline)
     for (std::size_t i = 0; i < n; ++i)
         input_.push_back({buf[i], t});
     return n > 0;
-}
-
-void ByteLink::idleIfDue(Micros waitEnd)
-{
-    const Micros now = clock_.now();
-    if (!idle_ || now - lastIdle_ < kIdlePeriod || waitEnd - now < kIdleMargin)
-        return;
-    lastIdle_ = now;
-    idle_();
 }
 
 void ByteLink::send(std::uint8_t byte)
@@ -67,31 +56,38 @@ void ByteLink::send(std::uint8_t byte)
 
 void ByteLink::sendFrame(const Bytes& frame, Micros gap)
 {
+    // No events between the bytes of a request: a window's pass could stretch a gap past P4max,
+    // and the unit would take the request as finished.
     for (std::size_t i = 0; i < frame.size(); ++i) {
-        if (i > 0 && gap > 0) {
-            idleIfDue(byteEnd_ + gap);
+        if (i > 0 && gap > 0)
             clock_.sleepUntil(byteEnd_ + gap);
-        }
         send(frame[i]);
     }
 }
 
 std::optional<TimedByte> ByteLink::receive(Micros deadline)
 {
-    // Bytes that arrive while the idle work runs wait in the port's buffer and are read late, which
-    // can only lengthen the silences the reply collector measures, never cut a reply short.
-    while (input_.empty()) {
-        idleIfDue(deadline);
-        const Micros until = idle_ ? std::min(deadline, clock_.now() + kIdlePeriod) : deadline;
-        if (!fill(until) && clock_.now() >= deadline)
+    while (input_.empty())
+        if (!fill(deadline) && clock_.now() >= deadline)
             return std::nullopt;
-    }
     const TimedByte b = input_.front();
     input_.pop_front();
     lastActivity_ = b.time;
     if (trace_)
         trace_->byte(b.time, TraceOrigin::Ecu, b.value);
     return b;
+}
+
+std::optional<TimedByte> ByteLink::receiveIdling(Micros deadline, const std::function<void()>& idle)
+{
+    if (!idle)
+        return receive(deadline);
+    for (;;) {
+        idle();
+        auto b = receive(std::min(deadline, clock_.now() + kIdleSlice));
+        if (b || clock_.now() >= deadline)
+            return b;
+    }
 }
 
 void ByteLink::discardInput(const char* why)

@@ -25,17 +25,16 @@ public:
     void sendFrame(const Bytes& frame, Micros gap);
     // The next unit byte, or nullopt once the deadline has passed.
     std::optional<TimedByte> receive(Micros deadline);
+    // The same for the long waits (W1, P2* after a response pending): idle runs before every
+    // slice of at most 10 ms. Bytes that come meanwhile wait in the port's buffer and are read a
+    // little late, which cannot cut a reply short.
+    std::optional<TimedByte> receiveIdling(Micros deadline, const std::function<void()>& idle);
     // Throws away whatever has arrived; stray bytes are traced as dropped.
     void discardInput(const char* why);
     // Pulls the line low or releases it; returns the time of the edge (the middle of the call).
     Micros setLineLow(bool low);
     // How long the last break call took, to start the next one early by half of it.
     Micros breakCallTime() const { return breakCall_; }
-
-    // Work to run during the long waits of a request's exchange (the window's events), at most once
-    // per idle period and never when the wait has too little left. The wake-up leaves it unset:
-    // its key-byte windows are too narrow to share.
-    void setIdle(std::function<void()> idle) { idle_ = std::move(idle); }
 
     Micros byteTime() const { return byteTime_; }
     // When the last byte was seen on the line (sent, echoed or received).
@@ -44,7 +43,6 @@ public:
 
 private:
     bool fill(Micros deadline);
-    void idleIfDue(Micros waitEnd);
 
     Wire& wire_;
     Clock& clock_;
@@ -54,8 +52,6 @@ private:
     Micros lastActivity_ = 0;
     Micros byteEnd_ = 0;
     std::deque<TimedByte> input_;
-    std::function<void()> idle_;
-    Micros lastIdle_ = 0;
 };
 
 } // namespace kvx::link

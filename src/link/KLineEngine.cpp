@@ -16,6 +16,7 @@ namespace {
 constexpr Micros kIdleSlice = ms(10);
 constexpr Micros kTiniHNominal = kTWuP - kTiniL;
 constexpr std::uint8_t kTester = 0xF1;
+constexpr Micros kP4Margin = ms(5);
 } // namespace
 
 // Marks the engine busy for one exchange; a port close asked for meanwhile happens at its end.
@@ -50,8 +51,9 @@ KLineEngine::~KLineEngine()
 
 void KLineEngine::setP4(int msValue)
 {
-    // A pause beyond P4max lets a unit take the request as finished, so longer settings are held to it.
-    p4_ = std::clamp<Micros>(ms(msValue), 0, kP4Max);
+    // A pause beyond P4max lets a unit take the request as finished. A loaded machine wakes from a
+    // sleep some milliseconds late, so settings are held 5 ms below it.
+    p4_ = std::clamp<Micros>(ms(msValue), 0, kP4Max - kP4Margin);
 }
 
 void KLineEngine::setInterByte(int msValue)
@@ -202,19 +204,15 @@ std::vector<Bytes> KLineEngine::transact(const Bytes& frame)
         throw LinkError(LinkError::Kind::BadRequest, "There is no frame to send.");
     Busy busy(*this);
     const Micros quietFrom = io_->lastActivity();
-    idleUntil(quietFrom + ms(std::max(p3Ms_, 0)));
+    // Below P3min a unit may still be answering; beyond P3max it has given the session up.
+    const Micros p3 = std::clamp(ms(p3Ms_), kP3Min, kP3Max);
+    idleUntil(quietFrom + p3);
     if (trace_)
-        trace_->timing(clock_.now(), {"P3 (last byte to request)", clock_.now() - quietFrom, ms(std::max(p3Ms_, 0)), kP3Max});
+        trace_->timing(clock_.now(), {"P3 (last byte to request)", clock_.now() - quietFrom, p3, kP3Max});
     io_->discardInput("stray bytes before the request");
-    // The window's events run during this exchange only; a fault leaves them off for the next wake-up.
-    struct IdleScope {
-        ByteLink& io;
-        ~IdleScope() { io.setIdle(nullptr); }
-    } idleScope{*io_};
-    io_->setIdle(idle_);
     io_->sendFrame(frame, p4_);
     const LineKind kind = kind_ ? *kind_ : kindFor(frame);
-    CollectedReplies replies = collectReplies(*io_, kind, replyAddressing(frame), trace_);
+    CollectedReplies replies = collectReplies(*io_, kind, replyAddressing(frame), idle_, trace_);
     badChecksums_ += replies.badChecksums;
     return std::move(replies.frames);
 }

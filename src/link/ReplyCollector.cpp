@@ -21,21 +21,25 @@ bool endsWith(const std::vector<TimedByte>& got, const Bytes& frame)
 
 } // namespace
 
-CollectedReplies collectReplies(ByteLink& io, LineKind kind, const ReplyAddressing& addressing, TraceSink* trace)
+CollectedReplies collectReplies(ByteLink& io, LineKind kind, const ReplyAddressing& addressing,
+                                const std::function<void()>& idle, TraceSink* trace)
 {
     CollectedReplies out;
     std::vector<TimedByte> got;
     Micros deadline = io.lastActivity() + kline::kP2Max;
+    bool pending = false;
     while (got.size() < kMaxReplyBytes) {
-        const auto b = io.receive(deadline);
+        const auto b = pending ? io.receiveIdling(deadline, idle) : io.receive(deadline);
         if (!b)
             break;
         got.push_back(*b);
         deadline = b->time + kline::kP2Max;
+        pending = false;
         const FrameCut cut = cutFrames(kind, got, addressing);
         if (!cut.frames.empty() && isResponsePending(kind, cut.frames.back()) && endsWith(got, cut.frames.back()) &&
             out.pendingReplies < kline::kMaxPendingReplies) {
             ++out.pendingReplies;
+            pending = true;
             deadline = b->time + kline::kP2StarMax;
         }
     }

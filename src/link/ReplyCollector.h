@@ -14,7 +14,9 @@ struct CollectedReplies {
 };
 
 // Reads the units' answers to the request just sent until P2max passes without a byte (up to
-// P2*max after a response-pending frame), then cuts them into frames.
-CollectedReplies collectReplies(ByteLink& io, LineKind kind, const ReplyAddressing& addressing, TraceSink* trace);
+// P2*max after a response-pending frame, a long wait during which idle runs), then cuts them
+// into frames.
+CollectedReplies collectReplies(ByteLink& io, LineKind kind, const ReplyAddressing& addressing,
+                                const std::function<void()>& idle, TraceSink* trace);
 
 } // namespace kvx::link

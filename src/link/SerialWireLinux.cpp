@@ -18,10 +18,13 @@ namespace kvx::link {
 
 namespace {
 
-[[noreturn]] void fail(LinkError::Kind kind, const std::string& what)
-{
-    throw LinkError(kind, what + " (" + std::strerror(errno) + ")");
-}
+// A USB adapter holds a few bytes at most; one that takes none for this long is gone.
+constexpr Micros kWriteDeadline = ms(1000);
+
+// What the system said about the last failed call, in brackets.
+std::string because() { return " (" + std::string(std::strerror(errno)) + ")"; }
+
+[[noreturn]] void fail(LinkError::Kind kind, const std::string& what) { throw LinkError(kind, what + because()); }
 
 class LinuxSerialWire final : public Wire {
 public:
@@ -33,8 +36,12 @@ public:
         if (fd_ >= 0)
             return;
         fd_ = ::open(device_.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
+        if (fd_ < 0 && errno == EBUSY)
+            fail(LinkError::Kind::PortOpen, device_ + " is in use by another program: close it and try again");
         if (fd_ < 0)
             fail(LinkError::Kind::PortOpen, "Cannot open " + device_ + ": is the cable plugged in?");
+        // Two programs sharing one cable garble each other's requests: no one else may open it now.
+        ioctl(fd_, TIOCEXCL);
         termios2 tio{};
         if (ioctl(fd_, TCGETS2, &tio) < 0) {
             close();
@@ -45,12 +52,14 @@ public:
         tio.c_oflag = 0;
         tio.c_lflag = 0;
         tio.c_cflag = CS8 | CREAD | CLOCAL;
-        tio.c_cc[VMIN] = 0;
+        // VMIN 1 on a non-blocking port: no data is EAGAIN, so an empty read means a hang-up.
+        tio.c_cc[VMIN] = 1;
         tio.c_cc[VTIME] = 0;
         if (ioctl(fd_, TCSETS2, &tio) < 0) {
             close();
             fail(LinkError::Kind::PortOpen, "Cannot set up " + device_);
         }
+        powerInterface();
         requestLowLatency();
     }
 
@@ -69,7 +78,7 @@ public:
         requireOpen();
         termios2 tio{};
         if (ioctl(fd_, TCGETS2, &tio) < 0)
-            fail(LinkError::Kind::PortLost, "Lost " + device_);
+            lost("stopped answering" + because());
         // BOTHER asks for the rate itself rather than the nearest standard one: 10400 is not standard.
         tio.c_cflag &= ~CBAUD;
         tio.c_cflag |= BOTHER;
@@ -78,7 +87,7 @@ public:
             fail(LinkError::Kind::BaudRefused, device_ + " refuses " + std::to_string(baud) + " baud");
         termios2 back{};
         if (ioctl(fd_, TCGETS2, &back) < 0)
-            fail(LinkError::Kind::PortLost, "Lost " + device_);
+            lost("stopped answering" + because());
         const long got = static_cast<long>(back.c_ospeed);
         if (std::labs(got - baud) * 100 > 3L * baud)
             throw LinkError(LinkError::Kind::BaudRefused, device_ + " runs at " + std::to_string(got) + " baud when asked for " +
@@ -89,24 +98,23 @@ public:
     {
         requireOpen();
         if (ioctl(fd_, on ? TIOCSBRK : TIOCCBRK) < 0)
-            fail(LinkError::Kind::PortLost, "Cannot drive the K-line on " + device_);
+            lost("could not drive the K-line" + because());
     }
 
     void write(std::span<const std::uint8_t> bytes) override
     {
         requireOpen();
+        const Micros deadline = clock_.now() + kWriteDeadline;
         std::size_t done = 0;
         while (done < bytes.size()) {
             const ssize_t n = ::write(fd_, bytes.data() + done, bytes.size() - done);
-            if (n < 0 && errno == EAGAIN) {
-                pollfd p{fd_, POLLOUT, 0};
-                ::poll(&p, 1, 100);
+            if (n > 0) {
+                done += static_cast<std::size_t>(n);
                 continue;
             }
-            if (n < 0 && errno != EINTR)
-                fail(LinkError::Kind::PortLost, "Writing to " + device_ + " failed: was the cable pulled out?");
-            if (n > 0)
-                done += static_cast<std::size_t>(n);
+            if (n < 0 && errno != EAGAIN && errno != EINTR)
+                lost("could not be written to" + because());
+            waitFor(POLLOUT, deadline, "took no bytes for a second");
         }
     }
 
@@ -117,18 +125,12 @@ public:
             const ssize_t n = ::read(fd_, buf.data(), buf.size());
             if (n > 0)
                 return static_cast<std::size_t>(n);
-            if (n < 0 && errno != EAGAIN && errno != EINTR)
-                fail(LinkError::Kind::PortLost, "Reading from " + device_ + " failed: was the cable pulled out?");
-            const Micros left = deadline - clock_.now();
-            if (left <= 0)
+            if (n == 0)
+                lost("hung up");
+            if (errno != EAGAIN && errno != EINTR)
+                lost("could not be read" + because());
+            if (!waitFor(POLLIN, deadline, nullptr))
                 return 0;
-            // poll's resolution is a millisecond; round up so a deadline is never cut short.
-            pollfd p{fd_, POLLIN, 0};
-            const int r = ::poll(&p, 1, static_cast<int>((left + 999) / 1000));
-            if (r < 0 && errno != EINTR)
-                fail(LinkError::Kind::PortLost, "Waiting on " + device_ + " failed");
-            if (r > 0 && (p.revents & (POLLHUP | POLLERR)) && !(p.revents & POLLIN))
-                throw LinkError(LinkError::Kind::PortLost, device_ + " went away: was the cable pulled out?");
         }
     }
 
@@ -143,6 +145,41 @@ private:
     {
         if (fd_ < 0)
             throw LinkError(LinkError::Kind::PortLost, device_ + " is not open.");
+    }
+
+    [[noreturn]] void lost(const std::string& what) const
+    {
+        throw LinkError(LinkError::Kind::PortLost, device_ + " " + what + ": was the cable pulled out?");
+    }
+
+    // Sleeps in poll until the port is ready for `events` or the deadline passes (false then, or
+    // a lost port when `late` says why lateness is a fault). A hang-up is a lost port at once:
+    // a pulled adapter reports itself ready for ever, and reading it would spin.
+    bool waitFor(short events, Micros deadline, const char* late) const
+    {
+        const Micros left = deadline - clock_.now();
+        if (left <= 0) {
+            if (late)
+                lost(late);
+            return false;
+        }
+        pollfd p{fd_, events, 0};
+        // poll's resolution is a millisecond; round up so a deadline is never cut short.
+        const int r = ::poll(&p, 1, static_cast<int>((left + 999) / 1000));
+        if (r < 0 && errno != EINTR)
+            lost("could not be waited on" + because());
+        if (r > 0 && (p.revents & (POLLHUP | POLLERR | POLLNVAL)))
+            lost("hung up");
+        return true;
+    }
+
+    // Simple K-line interfaces draw their power from DTR and key the line with RTS low; ports
+    // without modem lines (a pseudo-terminal) simply have none to set.
+    void powerInterface()
+    {
+        int dtr = TIOCM_DTR, rts = TIOCM_RTS;
+        ioctl(fd_, TIOCMBIS, &dtr);
+        ioctl(fd_, TIOCMBIC, &rts);
     }
 
     // Without low latency a USB adapter holds received bytes back for up to 16 ms, which eats

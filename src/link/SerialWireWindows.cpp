@@ -9,6 +9,9 @@ namespace kvx::link {
 
 namespace {
 
+// A port that takes no bytes for a second is gone.
+constexpr DWORD kWriteTimeoutMs = 1000;
+
 class WindowsSerialWire final : public Wire {
 public:
     WindowsSerialWire(std::string device, Clock& clock) : device_(std::move(device)), clock_(clock) {}
@@ -22,6 +25,9 @@ public:
         h_ = CreateFileA(path.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
         if (h_ == INVALID_HANDLE_VALUE)
             throw LinkError(LinkError::Kind::PortOpen, "Cannot open " + device_ + ": is the cable plugged in?");
+        COMMTIMEOUTS t{};
+        t.WriteTotalTimeoutConstant = kWriteTimeoutMs;
+        SetCommTimeouts(h_, &t);
     }
 
     void close() override
@@ -46,8 +52,9 @@ public:
         dcb.StopBits = ONESTOPBIT;
         dcb.fBinary = TRUE;
         dcb.fOutxCtsFlow = dcb.fOutxDsrFlow = FALSE;
+        // Simple K-line interfaces draw their power from DTR and key the line with RTS low.
         dcb.fDtrControl = DTR_CONTROL_ENABLE;
-        dcb.fRtsControl = RTS_CONTROL_ENABLE;
+        dcb.fRtsControl = RTS_CONTROL_DISABLE;
         if (!SetCommState(h_, &dcb))
             throw LinkError(LinkError::Kind::BaudRefused, device_ + " refuses " + std::to_string(baud) + " baud");
         DCB back{};
@@ -79,6 +86,7 @@ public:
         t.ReadIntervalTimeout = MAXDWORD;
         t.ReadTotalTimeoutMultiplier = MAXDWORD;
         t.ReadTotalTimeoutConstant = left > 0 ? static_cast<DWORD>((left + 999) / 1000) : 1;
+        t.WriteTotalTimeoutConstant = kWriteTimeoutMs;
         SetCommTimeouts(h_, &t);
         DWORD n = 0;
         if (!ReadFile(h_, buf.data(), static_cast<DWORD>(buf.size()), &n, nullptr))

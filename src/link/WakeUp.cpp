@@ -76,13 +76,7 @@ WakeUpResult fiveBaudInit(ByteLink& io, Clock& clock, TraceSink* trace, std::uin
     const Micros addressEnd = start + 10 * kFiveBaudBit;
 
     // W1 may last 300 ms, long enough to let a window breathe while waiting for the sync byte.
-    std::optional<TimedByte> sync;
-    const Micros syncDeadline = addressEnd + kW1Max + kUsbSlack;
-    while (!sync && clock.now() < syncDeadline) {
-        if (idle)
-            idle();
-        sync = io.receive(std::min(syncDeadline, clock.now() + ms(10)));
-    }
+    const std::optional<TimedByte> sync = io.receiveIdling(addressEnd + kW1Max + kUsbSlack, idle);
     if (!sync) {
         note(trace, clock, "no sync byte within W1: no unit answered address " + toHex(address));
         return r;
@@ -138,7 +132,7 @@ WakeUpResult fastInit(ByteLink& io, Clock& clock, TraceSink* trace, const Bytes&
 
     // A unit woken by its own address may answer in the one-byte header form.
     const ReplyAddressing addressing{startFrame[2], (startFrame[0] & 0xC0) == 0x80};
-    const CollectedReplies replies = collectReplies(io, LineKind::Kwp, addressing, trace);
+    const CollectedReplies replies = collectReplies(io, LineKind::Kwp, addressing, {}, trace);
     for (const auto& f : replies.frames) {
         const Bytes p = payloadOf(LineKind::Kwp, f);
         if (p.size() < 3 || p[0] != 0xC1)

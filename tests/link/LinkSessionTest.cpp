@@ -121,56 +121,89 @@ TEST(Exchange, TwoUnitsRepliesAreJoinedWithTheirOwnSourceAddresses)
         EXPECT_TRUE(checksumHolds(m)) << m;
 }
 
-TEST(Exchange, P3BeforeTheRequestAndP4BetweenItsBytes)
+// When the tester's bytes of the last request started and when the units' last byte before it
+// ended, from the bus's own record.
+struct RequestOnBus {
+    link::Micros lastUnitByte = 0;
+    std::vector<link::Micros> starts;
+};
+
+RequestOnBus lastRequest(const test::SimBench& bench)
 {
-    test::SimBench bench;
-    ASSERT_TRUE(bench.wake(1));
-    bench.link.SetP3Delay(120);
-    bench.link.SetP4Delay(12);
-    bench.ask("686AF10100");
-    const auto before = bench.vehicle.record().events.size();
-    bench.ask("686AF1010C");
     const auto& ev = bench.vehicle.record().events;
-    link::Micros lastEcu = 0;
-    std::vector<link::Micros> tester;
-    for (std::size_t i = 0; i < ev.size(); ++i) {
-        if (i < before && ev[i].origin == Origin::Ecu)
-            lastEcu = ev[i].time;
-        if (i >= before && ev[i].origin == Origin::Tester)
-            tester.push_back(ev[i].time);
-    }
-    ASSERT_EQ(tester.size(), 6u);
-    const auto byte = bench.vehicle.byteTime();
-    EXPECT_GE(tester[0] - byte - lastEcu, ms(120));
-    EXPECT_LE(tester[0] - byte - lastEcu, ms(121));
-    for (std::size_t i = 1; i < tester.size(); ++i) {
-        EXPECT_GE(tester[i] - byte - tester[i - 1], ms(12));
-        EXPECT_LE(tester[i] - byte - tester[i - 1], ms(13));
-    }
-    // P4 beyond its 20 ms maximum would let a unit end the request early.
-    bench.link.SetP4Delay(25);
-    EXPECT_EQ(split(bench.ask("686AF10100")).size(), 2u);
+    // The last run of tester bytes and their echoes, and the unit byte before it.
+    std::size_t end = ev.size();
+    while (end > 0 && ev[end - 1].origin != Origin::Tester)
+        --end;
+    std::size_t begin = end;
+    while (begin > 0 && ev[begin - 1].origin != Origin::Ecu)
+        --begin;
+    RequestOnBus r;
+    for (std::size_t i = begin; i < end; ++i)
+        if (ev[i].origin == Origin::Tester)
+            r.starts.push_back(ev[i].time - bench.vehicle.byteTime());
+    if (begin > 0)
+        r.lastUnitByte = ev[begin - 1].time;
+    return r;
 }
 
-TEST(Exchange, TheWindowGetsItsEventsThroughoutAnExchangeWithoutBytesGoingLate)
+TEST(Exchange, P3BeforeTheRequestAndP4BetweenItsBytesStayInsideTheirWindows)
 {
     test::SimBench bench;
     ASSERT_TRUE(bench.wake(1));
-    bench.link.SetP4Delay(25); // the window's default, held to 20 ms
-    std::vector<link::Micros> idle;
+    const auto byte = bench.vehicle.byteTime();
+    struct Case {
+        int p3, p4;
+        link::Micros gapMin, gapMax, p4Max;
+    };
+    // A P3 below P3min or beyond P3max is held to the window, and P4 to 5 ms below its maximum.
+    const Case cases[] = {{120, 12, ms(120), ms(121), ms(13)},
+                          {0, 0, ms(55), ms(56), ms(1)},
+                          {2147483647, 25, ms(5000), ms(5001), ms(16)}};
+    for (const Case& c : cases) {
+        bench.link.SetP3Delay(c.p3);
+        bench.link.SetP4Delay(c.p4);
+        EXPECT_FALSE(bench.ask("686AF1010C").empty()) << c.p3 << " ms: the unit still answers";
+        const RequestOnBus r = lastRequest(bench);
+        ASSERT_EQ(r.starts.size(), 6u);
+        EXPECT_GE(r.starts[0] - r.lastUnitByte, c.gapMin) << c.p3;
+        EXPECT_LE(r.starts[0] - r.lastUnitByte, c.gapMax) << c.p3;
+        for (std::size_t i = 1; i < r.starts.size(); ++i)
+            EXPECT_LE(r.starts[i] - byte - r.starts[i - 1], c.p4Max) << c.p4;
+    }
+    EXPECT_EQ(bench.link.GetP3Delay(), 2147483647) << "the setting itself is kept as given";
+}
+
+TEST(Exchange, TheWindowGetsItsEventsInLongWaitsOnlyAndOften)
+{
+    test::SimBench bench;
+    ASSERT_TRUE(bench.wake(1));
+    bench.link.SetP3Delay(300);
+    bench.link.SetP4Delay(15);
+    struct Pass {
+        link::Micros start, end;
+    };
+    std::vector<Pass> passes;
     bench.link.setIdleHook([&] {
-        idle.push_back(bench.clock.now());
-        // A slow repaint: it must not push a request byte past P4 or cut a reply short.
-        bench.clock.sleepFor(ms(4));
+        const link::Micros start = bench.clock.now();
+        // A slow repaint: it must never fall inside a request.
+        bench.clock.sleepFor(ms(30));
+        passes.push_back({start, bench.clock.now()});
     });
-    const link::Micros start = bench.clock.now();
-    EXPECT_EQ(split(bench.ask("686AF10100")).size(), 2u);
-    const link::Micros end = bench.clock.now();
-    idle.push_back(end);
-    link::Micros longest = idle.front() - start;
-    for (std::size_t i = 1; i < idle.size(); ++i)
-        longest = std::max(longest, idle[i] - idle[i - 1]);
-    EXPECT_LE(longest, ms(30));
+    for (int i = 0; i < 5; ++i)
+        EXPECT_EQ(split(bench.ask("686AF10100")).size(), 2u);
+    const RequestOnBus r = lastRequest(bench);
+    for (const Pass& p : passes)
+        EXPECT_FALSE(p.end > r.starts.front() && p.start < r.starts.back()) << "events between the bytes of a request";
+    // During the P3 wait the window waits at most 10 ms between passes.
+    std::size_t inWait = 0;
+    for (std::size_t i = 1; i < passes.size(); ++i) {
+        if (passes[i].start >= r.starts.front() || passes[i - 1].start < r.lastUnitByte)
+            continue;
+        ++inWait;
+        EXPECT_LE(passes[i].start - passes[i - 1].end, ms(10));
+    }
+    EXPECT_GE(inWait, 3u);
 }
 
 TEST(Exchange, NoEchoAndCollisionAreDifferentErrors)

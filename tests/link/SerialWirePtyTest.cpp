@@ -4,7 +4,10 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <cerrno>
 #include <fcntl.h>
+#include <functional>
+#include <sys/ioctl.h>
 #include <poll.h>
 #include <stdlib.h>
 #include <unistd.h>
@@ -22,10 +25,13 @@ public:
         if (master_ >= 0 && grantpt(master_) == 0 && unlockpt(master_) == 0)
             slave_ = ptsname(master_);
     }
-    ~Pty()
+    ~Pty() { closeMaster(); }
+    // The other end goes away, as a USB adapter does when it is pulled out.
+    void closeMaster()
     {
         if (master_ >= 0)
             close(master_);
+        master_ = -1;
     }
     bool ok() const { return !slave_.empty(); }
     const std::string& slave() const { return slave_; }
@@ -51,6 +57,34 @@ private:
     int master_ = -1;
     std::string slave_;
 };
+
+// The real clock, counting how often the wire asks it the time: once per turn of a waiting loop.
+class CountingClock final : public Clock {
+public:
+    Micros now() const override
+    {
+        ++calls;
+        return steady_.now();
+    }
+    void sleepUntil(Micros t) override { steady_.sleepUntil(t); }
+    mutable int calls = 0;
+
+private:
+    SteadyClock steady_;
+};
+
+void expectLostPort(const std::function<void()>& call, const char* what)
+{
+    try {
+        call();
+        ADD_FAILURE() << what << " went on after the hang-up";
+    } catch (const LinkError& e) {
+        EXPECT_EQ(e.kind(), LinkError::Kind::PortLost) << what;
+        const std::string text = e.what();
+        const std::string ending = "was the cable pulled out?";
+        EXPECT_EQ(text.substr(text.size() - std::min(text.size(), ending.size())), ending) << text;
+    }
+}
 
 } // namespace
 
@@ -120,4 +154,46 @@ TEST(SerialWireOnPty, AMissingDeviceIsAPlainError)
         EXPECT_EQ(e.kind(), LinkError::Kind::PortOpen);
         EXPECT_NE(std::string(e.what()).find("/dev/ttyUSB-none"), std::string::npos);
     }
+}
+
+TEST(SerialWireOnPty, AHangUpIsALostPortAtOnce)
+{
+    Pty pty;
+    if (!pty.ok())
+        GTEST_SKIP() << "no pseudo-terminals here";
+    CountingClock clock;
+    auto wire = makeSerialWire(pty.slave(), clock);
+    wire->open();
+    const std::array<std::uint8_t, 2> request{0x68, 0x6A};
+    wire->write(request);
+    EXPECT_EQ(pty.readMaster(2).size(), 2u);
+
+    pty.closeMaster();
+    std::array<std::uint8_t, 8> in{};
+    const Micros start = clock.now();
+    clock.calls = 0;
+    expectLostPort([&] { wire->read(in, start + ms(2000)); }, "a read");
+    EXPECT_LT(clock.now() - start, ms(500)) << "not at the read's deadline";
+    EXPECT_LT(clock.calls, 10) << "the wait did not spin";
+    expectLostPort([&] { wire->write(request); }, "a write");
+}
+
+TEST(SerialWireOnPty, ThePortIsOpenedForThisProgramAlone)
+{
+    Pty pty;
+    if (!pty.ok())
+        GTEST_SKIP() << "no pseudo-terminals here";
+    SteadyClock clock;
+    auto wire = makeSerialWire(pty.slave(), clock);
+    wire->open();
+    // Another program's open fails with EBUSY; an administrator's succeeds, so ask the flag itself.
+    const int other = ::open(pty.slave().c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK);
+    if (other < 0) {
+        EXPECT_EQ(errno, EBUSY);
+        return;
+    }
+    int exclusive = 0;
+    ASSERT_EQ(ioctl(other, TIOCGEXCL, &exclusive), 0);
+    ::close(other);
+    EXPECT_EQ(exclusive, 1);
 }
