@@ -1,6 +1,7 @@
 // kvx decode: turns reply messages from a capture or a log into the texts the window shows, so a
 // person can check a capture by hand without a car or a cable.
 #include "cli/Command.h"
+#include "cli/CommandLine.h"
 #include "cli/ConsoleSession.h"
 
 #include "data/DtcDescriptions.h"
@@ -165,7 +166,9 @@ bool decodeArgument(const std::string& argument, CodeDescriptions& descriptions)
     return ok;
 }
 
-int runDecode(const QStringList& args)
+} // namespace
+
+int RunDecode(const QStringList& args)
 {
     QCommandLineParser parser;
     parser.setApplicationDescription(
@@ -177,21 +180,16 @@ int runDecode(const QStringList& args)
         "Exit code 0 when every message decoded, 1 otherwise.");
     parser.addHelpOption();
     parser.addPositionalArgument("HEX", "reply messages; several of one reply may be joined by ':'", "HEX...");
-    parser.process(args);
+    if (const auto code = ParseCommandLine(parser, args))
+        return *code;
     const QStringList messages = parser.positionalArguments();
-    if (messages.isEmpty()) {
-        std::fprintf(stderr, "kvx decode: give at least one message, e.g. kvx decode 486B10410C1AF8DE\n");
-        return 2;
-    }
+    if (messages.isEmpty())
+        return Fail(args.value(0) + ": give at least one message, e.g. kvx decode 486B10410C1AF8DE");
     bool ok = true;
     CodeDescriptions descriptions;
     for (const auto& message : messages)
         ok = decodeArgument(message.trimmed().toUpper().toStdString(), descriptions) && ok;
     return ok ? 0 : 1;
 }
-
-const RegisterCommand registered{{"decode", "decode reply messages (hex) into display text", runDecode}};
-
-} // namespace
 
 } // namespace kvx::cli

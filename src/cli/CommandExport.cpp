@@ -1,4 +1,5 @@
 #include "cli/Command.h"
+#include "cli/CommandLine.h"
 #include "link/decode/PidValue.h"
 #include "log/LogExport.h"
 #include "log/LogFile.h"
@@ -16,18 +17,21 @@ kvx::log::LiveDecoding liveDecoding()
             [](const std::string& pid) { return kvx::link::decode::describePid(pid, ""); }};
 }
 
-int runExport(const QStringList& args)
+} // namespace
+
+namespace kvx::cli {
+
+int RunExport(const QStringList& args)
 {
     QCommandLineParser parser;
     parser.setApplicationDescription("Writes a live-data log as CSV: a row per frame, or per item of a frame for Nissan and Toyota logs.");
     parser.addHelpOption();
     parser.addPositionalArgument("FILE.log", "The log to export.");
-    parser.addOption({{"o", "output"}, "The CSV file to write (default: the log's name with .csv).", "FILE.csv"});
-    parser.process(args);
-    if (parser.positionalArguments().size() != 1) {
-        std::fprintf(stderr, "kvx export: give one log file.\n");
-        return 2;
-    }
+    parser.addOption({{"o", "output"}, WithDefault("The CSV file to write.", "the log's name with .csv"), "FILE.csv"});
+    if (const auto code = ParseCommandLine(parser, args))
+        return *code;
+    if (parser.positionalArguments().size() != 1)
+        return Fail(args.value(0) + ": give one log file");
     const QString logPath = parser.positionalArguments().at(0);
     QString csvPath = parser.value("output");
     if (csvPath.isEmpty()) {
@@ -61,7 +65,4 @@ int runExport(const QStringList& args)
     return 0;
 }
 
-const kvx::cli::RegisterCommand kExport{
-    {"export", "write a live-data log as CSV (frame, PID or item, description, metric, US)", runExport}};
-
-} // namespace
+} // namespace kvx::cli

@@ -1,13 +1,16 @@
 #include "cli/Command.h"
+#include "cli/OutputFormat.h"
 #include "cli/ScreenText.h"
 #include "cli/ServiceCommand.h"
 #include "obd/InfoPids.h"
 #include "session/MainScreen.h"
 #include "session/Session.h"
 
+#include <QJsonArray>
 #include <cstdio>
 
 namespace kvx::cli {
+
 namespace {
 
 // The cmdModeOnce buttons by name; "o2" picks the layout the unit declares.
@@ -16,18 +19,22 @@ constexpr int kReadinessButton = 1;
 constexpr int kTwoBankO2Button = 3;
 constexpr int kFourBankO2Button = 4;
 
-const RegisterCommand info{{"info", "readiness, OBD standard, oxygen-sensor layout or VIN", [](const QStringList& args) {
+const QStringList kItems{"readiness", "obd", "o2", "vin"};
+
+} // namespace
+
+int RunInfo(const QStringList& args)
+{
     return RunServiceCommand(args, {
         "Reads one information item: readiness (monitor status), obd (the OBD standard), o2 (the "
         "oxygen sensors present) or vin (the vehicle identification number).",
-        [](QCommandLineParser& p) { p.addPositionalArgument("item", "readiness, obd, o2 or vin"); },
+        [](QCommandLineParser& p) { p.addPositionalArgument("item", "readiness, obd, o2 or vin", "readiness|obd|o2|vin"); },
         [](const QCommandLineParser& p) {
-            static const QStringList items{"readiness", "obd", "o2", "vin"};
-            if (p.positionalArguments().size() != 1 || !items.contains(p.positionalArguments().at(0)))
+            if (p.positionalArguments().size() != 1 || !kItems.contains(p.positionalArguments().at(0)))
                 return QString("give one of readiness, obd, o2, vin");
             return QString();
         },
-        [](Session& session, const QCommandLineParser& p) {
+        [](Session& session, const QCommandLineParser& p, OutputFormat format) {
             const QString item = p.positionalArguments().at(0);
             if (item == "vin")
                 obd::ReadVehicleId(session);
@@ -37,10 +44,16 @@ const RegisterCommand info{{"info", "readiness, OBD standard, oxygen-sensor layo
                 obd::ClickModeOnce(session, kObdButton);
             else
                 obd::ClickModeOnce(session, session.SupportedPids[0x1D][0] ? kFourBankO2Button : kTwoBankO2Button);
-            std::printf("%s", BoxText(session.screen.txtInfo).c_str());
+            if (format == OutputFormat::Json) {
+                QJsonArray lines;
+                for (const std::string& line : BoxLines(session.screen.txtInfo))
+                    lines.append(Utf8(line));
+                PrintJsonLine({{"item", item}, {"lines", lines}});
+            } else {
+                std::printf("%s", BoxText(session.screen.txtInfo).c_str());
+            }
             return 0;
         }});
-}}};
+}
 
-} // namespace
 } // namespace kvx::cli

@@ -1,8 +1,11 @@
 #include "cli/Command.h"
+#include "cli/CommandLine.h"
 #include "cli/ConsoleSession.h"
+#include "cli/Interrupt.h"
+#include "cli/LivePrinter.h"
 #include "enhanced/Modules.h"
+#include "log/LogFormat.h"
 #include "log/Recorder.h"
-
 #include "obd/CommandGuard.h"
 #include "obd/Disconnect.h"
 #include "obd/LiveData.h"
@@ -11,7 +14,6 @@
 #include <QCoreApplication>
 #include <QDateTime>
 #include <QRegularExpression>
-#include <csignal>
 #include <cstdio>
 #include <map>
 #include <set>
@@ -19,14 +21,6 @@
 namespace kvx::cli {
 
 namespace {
-
-// Ctrl+C ends the polling between passes, so a recording is closed with its frame count.
-volatile std::sig_atomic_t interrupted = 0;
-
-void onInterrupt(int)
-{
-    interrupted = 1;
-}
 
 // The modules by the names --module takes, in the selection window's order.
 const std::map<QString, int> kModules = {{"generic", ModuleGeneric},
@@ -59,29 +53,34 @@ std::set<std::string> selectRows(Session& session, const std::set<std::string>& 
     return missing;
 }
 
-void printPass(const GridModel& grid, long pass)
+// Stops a recording and says how many frames it holds.
+void finishRecording(Session& session)
 {
-    for (int row = 1; row < grid.rows(); ++row) {
-        if (grid.text(row, obd::MarkerColumn) == obd::kEmptyMarker)
-            continue;
-        std::printf("%5ld  %s  %-34s  %-16s  %s\n", pass, grid.text(row, obd::PidColumn).c_str(),
-                    grid.text(row, obd::DescriptionColumn).c_str(), grid.text(row, obd::ValueColumn).c_str(),
-                    grid.text(row, obd::AltValueColumn).c_str());
-    }
-    std::fflush(stdout);
+    if (!session.Logging)
+        return;
+    const long frames = session.LogRecordNumber - log::kFirstFrameRecord;
+    log::StopLogging(session);
+    std::fprintf(stderr, "%ld frames recorded in %s\n", frames, session.LogPath.c_str());
 }
 
-int runLive(const QStringList& args)
+} // namespace
+
+int RunLive(const QStringList& args)
 {
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral(
         "Connects as the window's module buttons do and polls live data, one line per item per pass: pass, "
-        "identifier, description and both value texts."));
+        "identifier, description and both value texts; \"(no answer)\" for an item the unit left silent in "
+        "that pass. Ctrl+C stops at the next request and finishes the recording; a second Ctrl+C quits at once."));
     parser.addHelpOption();
     AddConnectionOptions(parser);
+    const QStringList formats{"csv", "json"};
+    AddFormatOption(parser, formats);
     parser.addOption({"log", "Record the passes into the Log folder beside kvx, as the window's Log box does."});
-    parser.addOption({"module", "generic (service 01, the default), nissan-ecu, nissan-tcu or toyota.", "M", "generic"});
-    parser.addOption({"count", "Passes to run; 0 polls until the unit falls silent or kvx is stopped.", "N", "0"});
+    parser.addOption({"module", WithDefault("generic (service 01), nissan-ecu, nissan-tcu or toyota.", "generic"), "M",
+                      "generic"});
+    parser.addOption({"count",
+                      WithDefault("Passes to run; 0 polls until the unit falls silent or Ctrl+C.", "0"), "N", "0"});
     parser.addPositionalArgument("ID",
                                  "Items to poll (all the unit offers when none): a generic PID (0C), a Nissan "
                                  "identifier (1101, or 1301 for its switches) or a Toyota parameter (C1, or B101).",
@@ -89,17 +88,18 @@ int runLive(const QStringList& args)
     if (const auto code = ParseCommandLine(parser, args))
         return *code;
 
+    const QString command = args.value(0);
     QString problem;
-    const auto console = ConsoleSession::FromOptions(parser, problem);
-    if (!console)
-        return Fail(args.value(0) + ": " + problem);
+    const auto format = FormatFromOptions(parser, formats, problem);
+    if (!format)
+        return Fail(command + ": " + problem);
     bool ok = false;
     const long count = parser.value("count").toLong(&ok);
     if (!ok || count < 0)
-        return Fail(args.value(0) + ": --count takes a number of passes (0 for no end), not '" + parser.value("count") + "'");
+        return Fail(command + ": --count takes a number of passes (0 for no end), not '" + parser.value("count") + "'");
     const auto module = kModules.find(parser.value("module").toLower());
     if (module == kModules.end())
-        return Fail(args.value(0) + ": --module is generic, nissan-ecu, nissan-tcu or toyota, not '" +
+        return Fail(command + ": --module is generic, nissan-ecu, nissan-tcu or toyota, not '" +
                     parser.value("module") + "'");
     std::set<std::string> wanted;
     static const QRegularExpression twoHex(QStringLiteral("^[0-9A-Fa-f]{2}$"));
@@ -107,30 +107,29 @@ int runLive(const QStringList& args)
     const bool generic = module->second == ModuleGeneric;
     for (const QString& id : parser.positionalArguments()) {
         if (!(generic ? twoHex : itemId).match(id).hasMatch())
-            return Fail(args.value(0) +
+            return Fail(command +
                         (generic ? ": a PID is two hex digits (0C, 0D, ...), not '"
                                  : ": an item is two or four hex digits (C1, 1101, ...), not '") +
                         id + "'");
         wanted.insert(id.toUpper().toStdString());
     }
+    const auto console = ConsoleSession::FromOptions(parser, problem);
+    if (!console)
+        return Fail(command + ": " + problem);
 
     Session& session = console->session();
     MainScreen& screen = console->screen();
-
     bool connected = false;
     if (!obd::RunLinkCommand(session, [&] { connected = enhanced::ConnectModule(session, module->second); }))
         return 1;
-    if (!connected) {
-        std::fprintf(stderr, "%s: %s\n", qPrintable(args.value(0)),
-                     screen.StatusBar1.text(1).empty() ? "the connection failed" : screen.StatusBar1.text(1).c_str());
-        return 1;
-    }
+    if (!connected)
+        return ConnectionFailed(command, parser, screen);
     const std::set<std::string> missing = selectRows(session, wanted);
-    for (const std::string& pid : missing)
-        std::fprintf(stderr, "%s is not offered by the unit; left out\n", pid.c_str());
+    for (const std::string& id : missing)
+        std::fprintf(stderr, "%s is not offered by the unit; left out\n", id.c_str());
     if (!wanted.empty() && missing.size() == wanted.size()) {
         obd::Disconnect(session);
-        return Fail(args.value(0) + ": none of the items asked for is offered by the unit");
+        return Fail(command + ": none of the items asked for is offered by the unit");
     }
     if (parser.isSet("log")) {
         if (!log::StartLogging(session, QCoreApplication::applicationDirPath().toStdString(),
@@ -140,28 +139,29 @@ int runLive(const QStringList& args)
         }
         std::fprintf(stderr, "recording to %s\n", session.LogPath.c_str());
     }
-    std::signal(SIGINT, onInterrupt);
+    CatchInterrupt(session.Logging ? session.LogPath : std::string());
 
-    // The same loop as the window's, one pass at a time so each pass can be printed.
+    // The same passes as the window's loop, one at a time so each can be printed.
+    LivePrinter printer(screen.GridMode1, *format, generic ? "PID" : "Item");
     session.Busy = true;
     bool unitAnswers = true;
-    for (long pass = 1; unitAnswers && session.Busy && !session.LinkDown && (count == 0 || pass <= count) && !interrupted; ++pass) {
-        const bool linkOk = obd::RunLinkCommand(
-            session, [&] { unitAnswers = enhanced::PollModuleLiveData(session); });
+    for (long pass = 1; unitAnswers && session.Busy && !session.LinkDown && !InterruptRequested() &&
+                        (count == 0 || pass <= count);
+         ++pass) {
+        printer.startPass();
+        const bool linkOk =
+            obd::RunLinkCommand(session, [&] { unitAnswers = enhanced::PollModuleLiveData(session); });
         if (!linkOk) {
-            log::StopLogging(session);
+            finishRecording(session);
             return 1;
         }
-        printPass(screen.GridMode1, pass);
+        printer.printPass(pass, InterruptRequested());
     }
+    session.Busy = false;
     const bool ended = !unitAnswers || session.LinkDown;
-    log::StopLogging(session);
+    finishRecording(session);
     obd::Disconnect(session);
     return ended ? 1 : 0;
 }
-
-const RegisterCommand live{{"live", "poll live data of any module as the LIVE DATA tab does", runLive}};
-
-} // namespace
 
 } // namespace kvx::cli

@@ -1,23 +1,23 @@
 #include "cli/Command.h"
+#include "cli/CommandLine.h"
 #include "log/LogFile.h"
 #include "log/LogSummary.h"
 
 #include <QCommandLineParser>
 #include <cstdio>
 
-namespace {
+namespace kvx::cli {
 
-int runLogInfo(const QStringList& args)
+int RunLogInfo(const QStringList& args)
 {
     QCommandLineParser parser;
     parser.setApplicationDescription("Prints what a recorded log holds.");
     parser.addHelpOption();
     parser.addPositionalArgument("FILE.log", "The log to describe.");
-    parser.process(args);
-    if (parser.positionalArguments().size() != 1) {
-        std::fprintf(stderr, "kvx log-info: give one log file.\n");
-        return 2;
-    }
+    if (const auto code = ParseCommandLine(parser, args))
+        return *code;
+    if (parser.positionalArguments().size() != 1)
+        return Fail(args.value(0) + ": give one log file");
     const std::string path = parser.positionalArguments().at(0).toStdString();
     kvx::log::LogSummary summary;
     try {
@@ -39,7 +39,4 @@ int runLogInfo(const QStringList& args)
     return 0;
 }
 
-const kvx::cli::RegisterCommand kLogInfo{
-    {"log-info", "print a log's header, date, grid-row count and frame count", runLogInfo}};
-
-} // namespace
+} // namespace kvx::cli

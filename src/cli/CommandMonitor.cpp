@@ -1,4 +1,6 @@
 #include "cli/Command.h"
+#include "cli/CommandLine.h"
+#include "cli/OutputFormat.h"
 #include "cli/ScreenText.h"
 #include "cli/ServiceCommand.h"
 #include "obd/MonitorTests.h"
@@ -8,26 +10,28 @@
 #include <cstdio>
 
 namespace kvx::cli {
-namespace {
 
-const RegisterCommand monitor{{"monitor", "on-board monitoring test results", [](const QStringList& args) {
+int RunMonitor(const QStringList& args)
+{
     return RunServiceCommand(args, {
         "Reads the non-continuous monitoring tests (service 06). Test descriptions need --make.",
         [](QCommandLineParser& p) {
-            p.addOption({"make", "The vehicle's make, for test descriptions (e.g. Acura).", "M"});
-            p.addOption({"year", "The vehicle's model year (e.g. 1997).", "Y"});
+            p.addOption({"make", WithDefault("The vehicle's make, for test descriptions (e.g. Acura).", "none"), "M"});
+            p.addOption({"year", WithDefault("The vehicle's model year (e.g. 1997).", "none"), "Y"});
         },
         [](const QCommandLineParser& p) {
             return p.isSet("year") && !p.isSet("make") ? QString("--year needs --make") : QString();
         },
-        [](Session& session, const QCommandLineParser& p) {
+        [](Session& session, const QCommandLineParser& p, OutputFormat format) {
             session.screen.cmbYear.setText(p.value("year").toStdString());
             session.screen.cmbMake.setText(p.value("make").toStdString());
             obd::RequestMonitorTests(session);
-            std::printf("%s", GridText(session.screen.gridMode6).c_str());
+            if (format == OutputFormat::Json)
+                PrintGridJson(session.screen.gridMode6);
+            else
+                std::printf("%s", GridText(session.screen.gridMode6).c_str());
             return 0;
         }});
-}}};
+}
 
-} // namespace
 } // namespace kvx::cli

@@ -1,4 +1,5 @@
 #include "cli/Command.h"
+#include "cli/OutputFormat.h"
 #include "cli/ScreenText.h"
 #include "cli/ServiceCommand.h"
 #include "obd/O2SensorTests.h"
@@ -8,9 +9,9 @@
 #include <cstdio>
 
 namespace kvx::cli {
-namespace {
 
-const RegisterCommand o2{{"o2", "oxygen-sensor test results of one sensor", [](const QStringList& args) {
+int RunO2(const QStringList& args)
+{
     return RunServiceCommand(args, {
         "Reads the oxygen-sensor monitoring tests (service 05) of one sensor.",
         [](QCommandLineParser& p) { p.addPositionalArgument("sensor", "The sensor, e.g. \"Bank 1 Sensor 1\"."); },
@@ -23,13 +24,15 @@ const RegisterCommand o2{{"o2", "oxygen-sensor test results of one sensor", [](c
                              qPrintable(p.positionalArguments().at(0)));
             return QString();
         },
-        [](Session& session, const QCommandLineParser& p) {
+        [](Session& session, const QCommandLineParser& p, OutputFormat format) {
             session.screen.cmbMode5.setText(p.positionalArguments().at(0).toStdString());
             obd::RequestO2SensorTests(session);
-            std::printf("%s", GridText(session.screen.gridMode5).c_str());
+            if (format == OutputFormat::Json)
+                PrintGridJson(session.screen.gridMode5);
+            else
+                std::printf("%s", GridText(session.screen.gridMode5).c_str());
             return 0;
         }});
-}}};
+}
 
-} // namespace
 } // namespace kvx::cli

@@ -1,4 +1,6 @@
 #include "cli/Command.h"
+#include "cli/CommandLine.h"
+#include "cli/ConsoleSession.h"
 #include "cli/TracePrinter.h"
 #include "link/LinkSession.h"
 #include "ports/WireFactory.h"
@@ -9,40 +11,31 @@
 
 namespace kvx::cli {
 
-namespace {
-
-int runRaw(const QStringList& args)
+int RunRaw(const QStringList& args)
 {
     QCommandLineParser p;
     p.setApplicationDescription("Wakes the unit up and sends each hex request, printing the request and the reply.");
     p.addHelpOption();
-    p.addOption({"port", "sim (the virtual vehicle), a port number 1-16 or a device path.", "P", "sim"});
-    p.addOption({"protocol", "1 ISO 9141-2, 2 KWP2000 slow init, 3 KWP2000 fast init, 4 try all.", "N", "4"});
-    p.addOption({"p3", "Pause before each request, ms.", "ms", "300"});
-    p.addOption({"p4", "Pause between request bytes, ms.", "ms", "10"});
-    p.addOption({"trace", "Print every byte on the wire and the wake-up timings."});
+    AddConnectionOptions(p);
+    p.addOption({"p3", WithDefault("Pause before each request, ms.", "300"), "ms", "300"});
+    p.addOption({"p4", WithDefault("Pause between request bytes, ms.", "10"), "ms", "10"});
     p.addPositionalArgument("HEX", "Requests with their three header bytes, e.g. 686AF10100.", "HEX...");
-    p.process(args);
+    if (const auto code = ParseCommandLine(p, args))
+        return *code;
 
-    ports::PortOptions options;
-    const auto port = ports::parsePortArgument(p.value("port").toStdString(), options);
-    if (!port) {
-        std::fprintf(stderr, "kvx raw: --port takes sim, a number 1-16 or a device path.\n");
-        return 2;
-    }
+    const QString command = args.value(0);
     bool ok = false;
     const int protocol = p.value("protocol").toInt(&ok);
-    if (!ok || protocol < 1 || protocol > 4) {
-        std::fprintf(stderr, "kvx raw: --protocol takes 1, 2, 3 or 4.\n");
-        return 2;
-    }
-    if (p.positionalArguments().isEmpty()) {
-        std::fprintf(stderr, "kvx raw: give at least one request, e.g. 686AF10100.\n");
-        return 2;
-    }
+    if (!ok || protocol < 1 || protocol > 4)
+        return Fail(command + ": --protocol takes 1, 2, 3 or 4, not '" + p.value("protocol") + "'");
+    if (p.positionalArguments().isEmpty())
+        return Fail(command + ": give at least one request, e.g. 686AF10100");
+    QString problem;
+    const auto port = PortFromOptions(p, problem);
+    if (!port)
+        return Fail(command + ": " + problem);
 
-    link::SteadyClock clock;
-    link::LinkSession link(ports::makeWireFactory(clock, options), clock);
+    link::LinkSession link(ports::makeWireFactory(*port->clock, port->options), *port->clock);
     TracePrinter printer(stdout);
     if (p.isSet("trace"))
         link.setTraceSink(&printer);
@@ -55,7 +48,7 @@ int runRaw(const QStringList& args)
     for (int proto = protocol == 4 ? 1 : protocol; proto <= (protocol == 4 ? 3 : protocol); ++proto) {
         std::printf("waking the unit, protocol %d...\n", proto);
         std::fflush(stdout);
-        if (link.InitializeEcu("33", defaults.BaudRate, *port, proto, "", false, result)) {
+        if (link.InitializeEcu("33", defaults.BaudRate, port->port, proto, "", false, result)) {
             used = proto;
             break;
         }
@@ -76,9 +69,5 @@ int runRaw(const QStringList& args)
     link.ClosePort(0);
     return 0;
 }
-
-const RegisterCommand kRaw{{"raw", "send hex requests to a unit and print the replies", runRaw}};
-
-} // namespace
 
 } // namespace kvx::cli

@@ -1,7 +1,9 @@
 #include "cli/Command.h"
+#include "cli/CommandLine.h"
 #include "link/Clock.h"
 #include "sim/VirtualVehicle.h"
 
+#include <QCommandLineParser>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -14,17 +16,6 @@
 namespace kvx::cli {
 
 namespace {
-
-int usage()
-{
-    std::fprintf(stderr,
-                 "usage: kvx sim --pty [--seed N] [--faults RATE]\n"
-                 "Serves the virtual vehicle on a pseudo-terminal and prints its path; K-line software\n"
-                 "opened on that path talks to an engine unit (10) and a gearbox unit (18).\n"
-                 "  --seed N       seed of the vehicle and its fault plan (default 1)\n"
-                 "  --faults RATE  share of requests that meet a fault, 0 to 1 (default 0)\n");
-    return 2;
-}
 
 // The pseudo-terminal's controller side, raw, with the device side held open so the controller
 // never sees a hang-up while no program has the device open.
@@ -117,37 +108,31 @@ int serve(std::uint64_t seed, double rate)
     }
 }
 
-int run(const QStringList& args)
+} // namespace
+
+int RunSim(const QStringList& args)
 {
-    bool pty = false;
-    std::uint64_t seed = 1;
-    double rate = 0.0;
-    for (int i = 1; i < args.size(); ++i) {
-        const QString& a = args.at(i);
-        bool ok = true;
-        if (a == "--pty") {
-            pty = true;
-        } else if (a == "--seed" && i + 1 < args.size()) {
-            seed = args.at(++i).toULongLong(&ok);
-        } else if (a == "--faults" && i + 1 < args.size()) {
-            rate = args.at(++i).toDouble(&ok);
-            ok = ok && rate >= 0.0 && rate <= 1.0;
-        } else {
-            return usage();
-        }
-        if (!ok) {
-            std::fprintf(stderr, "kvx sim: %s is not a valid value for %s\n", args.at(i).toLocal8Bit().constData(),
-                         args.at(i - 1).toLocal8Bit().constData());
-            return 2;
-        }
-    }
-    if (!pty)
-        return usage();
+    QCommandLineParser parser;
+    parser.setApplicationDescription(
+        "Serves the virtual vehicle on a pseudo-terminal and prints its path; K-line software opened on that path "
+        "talks to an engine unit (10) and a gearbox unit (18), on the real clock, until Ctrl+C.");
+    parser.addHelpOption();
+    parser.addOption({"pty", "Serve on a new pseudo-terminal (the only place kvx serves the vehicle)."});
+    parser.addOption({"seed", WithDefault("Seed of the vehicle and its fault plan.", "1"), "N", "1"});
+    parser.addOption({"faults", WithDefault("Share of requests that meet a fault, 0 to 1.", "0"), "RATE", "0"});
+    if (const auto code = ParseCommandLine(parser, args))
+        return *code;
+    const QString command = args.value(0);
+    if (!parser.isSet("pty") || !parser.positionalArguments().isEmpty())
+        return Fail(command + ": give --pty (the vehicle is served on a pseudo-terminal)");
+    bool ok = false;
+    const std::uint64_t seed = parser.value("seed").toULongLong(&ok);
+    if (!ok)
+        return Fail(command + ": --seed takes a whole number, not '" + parser.value("seed") + "'");
+    const double rate = parser.value("faults").toDouble(&ok);
+    if (!ok || rate < 0.0 || rate > 1.0)
+        return Fail(command + ": --faults takes a share from 0 to 1, not '" + parser.value("faults") + "'");
     return serve(seed, rate);
 }
-
-const RegisterCommand registered{{"sim", "serve the virtual vehicle on a pseudo-terminal (--pty)", run}};
-
-} // namespace
 
 } // namespace kvx::cli

@@ -1,80 +1,154 @@
 #include "cli/ConsoleSession.h"
 
+#include "cli/CommandLine.h"
+#include "cli/Interrupt.h"
 #include "data/DtcDescriptions.h"
 #include "data/GridLayouts.h"
 #include "data/TabLayout.h"
 #include "data/VehicleLists.h"
-#include "ports/WireFactory.h"
+#include "link/SerialWire.h"
+#include "settings/SettingsStore.h"
 
 #include <QCoreApplication>
 #include <cstdio>
 
 namespace kvx::cli {
 
+namespace {
+
+CommSettings storedSettings()
+{
+    CommSettings settings;
+    settings::ReadCommSettings(settings);
+    return settings;
+}
+
+QString portArgument(int port)
+{
+    return port == kVirtualVehiclePort ? QStringLiteral("sim") : QString::number(port);
+}
+
+} // namespace
+
 void ConsoleShell::messageBox(const std::string& title, const std::string& text, MessageIcon)
 {
     std::fprintf(stderr, "%s: %s\n", title.c_str(), text.c_str());
 }
 
+void ConsoleShell::processEvents()
+{
+    if (stop_ && InterruptRequested())
+        stop_();
+}
+
 void AddConnectionOptions(QCommandLineParser& parser)
 {
-    parser.addOption({"port", "The virtual vehicle (sim), a serial port number 1-16 or a device path.", "P", "sim"});
-    parser.addOption({"protocol", "1 ISO9141 Slow, 2 KW2000 Slow, 3 KW2000 Fast, 4 Try All.", "N", "4"});
+    const CommSettings stored = storedSettings();
+    QString port = portArgument(stored.PortNumber);
+    if (stored.PortNumber >= 1 && stored.PortNumber <= 16)
+        port += QStringLiteral(", ") + QString::fromStdString(link::serialDeviceForPort(stored.PortNumber));
+    parser.addOption({"port",
+                      WithDefault("sim (the virtual vehicle), a serial port number 1-16 or a device path.",
+                                  "the settings' port, now " + port),
+                      "P", portArgument(stored.PortNumber)});
+    parser.addOption({"protocol",
+                      WithDefault("1 ISO9141 Slow, 2 KW2000 Slow, 3 KW2000 Fast, 4 Try All.",
+                                  "the settings' protocol, now " + QString::number(stored.ProtocolNumber)),
+                      "N", QString::number(stored.ProtocolNumber)});
     parser.addOption({"trace", "Print every byte on the wire and the wake-up timings."});
+    parser.addOption({"virtual-time", "With --port sim: run the vehicle on virtual time, without waiting (a pass "
+                                      "in milliseconds, the same values every run)."});
+    parser.addOption({"faults", WithDefault("With --port sim: the share of requests and wake-ups that meet a "
+                                            "fault (silence, noise, a dropped session...), 0 to 1.", "0"),
+                      "RATE", "0"});
+    parser.addOption({"seed", WithDefault("With --port sim: the seed of the vehicle and its faults.", "1"), "N", "1"});
+}
+
+std::optional<PortChoice> PortFromOptions(const QCommandLineParser& parser, QString& problem)
+{
+    PortChoice choice;
+    const QString text = parser.value("port");
+    const std::optional<int> port = ports::parsePortArgument(text.toStdString(), choice.options);
+    if (!port) {
+        problem = parser.isSet("port")
+                      ? "--port takes sim, a number 1-16 or a device path, not '" + text + "'"
+                      : "the settings' port " + text + " is not one kvx can open; give --port sim, 1-16 or a device path";
+        return std::nullopt;
+    }
+    choice.port = *port;
+    const bool vehicle = choice.port == kVirtualVehiclePort;
+    for (const char* option : {"virtual-time", "faults", "seed"})
+        if (parser.isSet(option) && !vehicle) {
+            problem = QStringLiteral("--") + option + " is for the virtual vehicle (--port sim)";
+            return std::nullopt;
+        }
+    bool ok = false;
+    const double rate = parser.value("faults").toDouble(&ok);
+    if (!ok || rate < 0.0 || rate > 1.0) {
+        problem = "--faults takes a share from 0 to 1, not '" + parser.value("faults") + "'";
+        return std::nullopt;
+    }
+    const std::uint64_t seed = parser.value("seed").toULongLong(&ok);
+    if (!ok) {
+        problem = "--seed takes a whole number, not '" + parser.value("seed") + "'";
+        return std::nullopt;
+    }
+    choice.options.vehicle.seed = seed;
+    choice.options.vehicle.faults.seed = seed;
+    choice.options.vehicle.faults.rate = rate;
+    if (parser.isSet("virtual-time"))
+        choice.clock = std::make_unique<link::VirtualClock>();
+    else
+        choice.clock = std::make_unique<link::SteadyClock>();
+    if (vehicle)
+        std::fprintf(stderr, "kvx: on the VIRTUAL VEHICLE, not a car\n");
+    return choice;
+}
+
+int ConnectionFailed(const QString& command, const QCommandLineParser& parser, const MainScreen& screen)
+{
+    const std::string& status = screen.StatusBar1.text(1);
+    std::fprintf(stderr, "%s: no connection on port %s%s%s\n", qPrintable(command), qPrintable(parser.value("port")),
+                 status.empty() ? "" : ": ", status.c_str());
+    return 1;
 }
 
 std::unique_ptr<ConsoleSession> ConsoleSession::FromOptions(const QCommandLineParser& parser, QString& problem)
 {
-    ports::PortOptions options;
-    const std::optional<int> port = ports::parsePortArgument(parser.value("port").toStdString(), options);
-    if (!port) {
-        problem = "--port takes sim, a number 1-16 or a device path, not '" + parser.value("port") + "'";
-        return nullptr;
-    }
     bool ok = false;
     const int protocol = parser.value("protocol").toInt(&ok);
     if (!ok || protocol < 1 || protocol > 4) {
         problem = "--protocol takes 1, 2, 3 or 4, not '" + parser.value("protocol") + "'";
         return nullptr;
     }
-    return std::unique_ptr<ConsoleSession>(new ConsoleSession(options, *port, protocol, parser.isSet("trace")));
+    std::optional<PortChoice> choice = PortFromOptions(parser, problem);
+    if (!choice)
+        return nullptr;
+    return std::unique_ptr<ConsoleSession>(new ConsoleSession(std::move(*choice), protocol, parser.isSet("trace")));
 }
 
-ConsoleSession::ConsoleSession(const ports::PortOptions& options, int port, int protocol, bool trace)
-    : link_(ports::makeWireFactory(clock_, options), clock_), printer_(stdout), session_(link_, screen_, shell_)
+ConsoleSession::ConsoleSession(PortChoice choice, int protocol, bool trace)
+    : clock_(std::move(choice.clock)),
+      link_(ports::makeWireFactory(*clock_, choice.options), *clock_),
+      printer_(stdout),
+      session_(link_, screen_, shell_)
 {
     if (trace)
         link_.setTraceSink(&printer_);
+    // The window's start-up: the stored settings, their timings pushed into the link; the
+    // command line chooses only the port and the protocol.
+    settings::LoadCommSettings(session_);
     CommSettings& settings = session_.settings;
-    settings.PortNumber = port;
+    settings.PortNumber = choice.port;
     settings.ProtocolNumber = protocol;
     settings.TryAllProtocols = protocol == link::TryAll;
-    link_.SetP3Delay(settings.P3Delay);
-    link_.SetP4Delay(settings.P4Delay);
-    link_.SetInterByteDelay(settings.InterByteDelay);
+    shell_.onInterrupt([this] { session_.Busy = false; });
     data::FillYearList(screen_);
     data::LayoutLiveDataGrid(screen_);
     data::LayoutO2SensorGrid(screen_);
     data::LayoutMonitorTestGrid(screen_);
     data::BuildTabs(screen_, data::ModuleTabs(ModuleGeneric));
     data::LoadDtcDescriptions(QCoreApplication::applicationDirPath().toStdString(), session_.DtcDescriptions, shell_);
-}
-
-std::optional<int> ParseCommandLine(QCommandLineParser& parser, const QStringList& args)
-{
-    if (!parser.parse(args))
-        return Fail(args.value(0) + ": " + parser.errorText());
-    if (parser.isSet("help")) {
-        std::printf("%s", qPrintable(parser.helpText()));
-        return 0;
-    }
-    return std::nullopt;
-}
-
-int Fail(const QString& text)
-{
-    std::fprintf(stderr, "%s\n", qPrintable(text));
-    return 2;
 }
 
 } // namespace kvx::cli

@@ -10,23 +10,47 @@
 
 #include <QCommandLineParser>
 #include <QString>
+#include <functional>
 #include <memory>
 #include <optional>
 
 namespace kvx::cli {
 
-// Message boxes become "Title: text" lines on stderr; a console has no events to let run.
+// Message boxes become "Title: text" lines on stderr. A console has no events to let run; where
+// the window would handle a click, kvx looks whether Ctrl+C asked a loop to stop.
 class ConsoleShell : public Shell {
 public:
     void messageBox(const std::string& title, const std::string& text, MessageIcon) override;
-    void processEvents() override {}
+    void processEvents() override;
+
+    // Runs at the next processEvents after the first Ctrl+C.
+    void onInterrupt(std::function<void()> stop) { stop_ = std::move(stop); }
+
+private:
+    std::function<void()> stop_;
 };
 
-// Adds --port, --protocol and --trace, the options of every command that opens a session.
+// Adds --port and --protocol, whose defaults are the settings store's (as the window connects
+// with them), --trace, and the virtual vehicle's --virtual-time, --faults and --seed.
 void AddConnectionOptions(QCommandLineParser& parser);
 
-// A session on the console, set up as the window sets up its own at start-up: settings with the
-// default timings, every grid laid out, the generic tabs, the trouble-code descriptions loaded.
+// Where a command connects, and on which clock.
+struct PortChoice {
+    int port = 0;
+    ports::PortOptions options;
+    std::unique_ptr<link::Clock> clock;
+};
+
+// Reads --port: "sim", a number 1-16 or a device path, the settings' port when not given, with
+// the virtual vehicle's options. Says on stderr when it is the virtual vehicle. nullopt with the
+// reason in problem when an option is wrong.
+std::optional<PortChoice> PortFromOptions(const QCommandLineParser& parser, QString& problem);
+
+// Says on stderr that the command could not connect, with the status bar's reason when it has one.
+int ConnectionFailed(const QString& command, const QCommandLineParser& parser, const MainScreen& screen);
+
+// A session on the console, set up as the window sets up its own at start-up: the settings from
+// the store, every grid laid out, the generic tabs, the trouble-code descriptions loaded.
 class ConsoleSession {
 public:
     // Reads the connection options; returns nullptr with the reason in problem when one is wrong.
@@ -36,20 +60,14 @@ public:
     MainScreen& screen() { return screen_; }
 
 private:
-    ConsoleSession(const ports::PortOptions& options, int port, int protocol, bool trace);
+    ConsoleSession(PortChoice choice, int protocol, bool trace);
 
-    link::SteadyClock clock_;
+    std::unique_ptr<link::Clock> clock_;
     link::LinkSession link_;
     TracePrinter printer_;
     MainScreen screen_;
     ConsoleShell shell_;
     Session session_;
 };
-
-// Parses args; returns the exit code when the command ends here (a usage error or --help).
-std::optional<int> ParseCommandLine(QCommandLineParser& parser, const QStringList& args);
-
-// Prints text on stderr and returns the exit code of a usage error.
-int Fail(const QString& text);
 
 } // namespace kvx::cli

@@ -1,5 +1,6 @@
 #include "cli/ServiceCommand.h"
 
+#include "cli/CommandLine.h"
 #include "cli/ConsoleSession.h"
 #include "link/LinkError.h"
 #include "obd/Connection.h"
@@ -15,28 +16,35 @@ int RunServiceCommand(const QStringList& args, const ServiceCommand& command)
     parser.setApplicationDescription(command.description);
     parser.addHelpOption();
     AddConnectionOptions(parser);
+    const QStringList formats = command.json ? QStringList{"json"} : QStringList{};
+    if (command.json)
+        AddFormatOption(parser, formats);
     if (command.addOptions)
         command.addOptions(parser);
     if (const auto code = ParseCommandLine(parser, args))
         return *code;
     QString problem;
-    const auto console = ConsoleSession::FromOptions(parser, problem);
-    if (!console)
-        return Fail(args.value(0) + ": " + problem);
+    OutputFormat format = OutputFormat::Text;
+    if (command.json) {
+        const auto chosen = FormatFromOptions(parser, formats, problem);
+        if (!chosen)
+            return Fail(args.value(0) + ": " + problem);
+        format = *chosen;
+    }
     if (command.check) {
         problem = command.check(parser);
         if (!problem.isEmpty())
             return Fail(args.value(0) + ": " + problem);
     }
+    const auto console = ConsoleSession::FromOptions(parser, problem);
+    if (!console)
+        return Fail(args.value(0) + ": " + problem);
 
     Session& session = console->session();
     try {
-        if (!obd::ConnectEcu(session)) {
-            std::fprintf(stderr, "%s: no unit answered on port %s\n", qPrintable(args.value(0)),
-                         qPrintable(parser.value("port")));
-            return 1;
-        }
-        const int code = command.run(session, parser);
+        if (!obd::ConnectEcu(session))
+            return ConnectionFailed(args.value(0), parser, session.screen);
+        const int code = command.run(session, parser, format);
         obd::Disconnect(session);
         return code;
     } catch (const link::LinkError& e) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "cli/OutputFormat.h"
+
 #include <QCommandLineParser>
 #include <QStringList>
 #include <functional>
@@ -17,13 +19,17 @@ struct ServiceCommand {
     std::function<void(QCommandLineParser&)> addOptions;
     // Checks the parsed arguments before anything is sent; returns an error text, "" when fine.
     std::function<QString(const QCommandLineParser&)> check;
-    // Runs on the connected session; prints what the window would show; returns the exit code.
-    std::function<int(Session&, const QCommandLineParser&)> run;
+    // Runs on the connected session; prints what the window would show, or JSON lines; returns
+    // the exit code.
+    std::function<int(Session&, const QCommandLineParser&, OutputFormat)> run;
+    // Whether the result can be printed as JSON lines (--format json).
+    bool json = true;
 };
 
-// Parses --port (sim, 1-16 or a device path), --protocol (1-4) and --trace beside the command's own options, connects
-// as the window's "OBD II GENERIC" does, runs the command and disconnects. Bad arguments, a
-// failed connection and link faults end with a plain message on stderr and a non-zero code.
+// Parses --port (sim, 1-16 or a device path; the settings' port by default), --protocol (1-4)
+// and --trace beside the command's own options, connects as the window's "OBD II GENERIC" does,
+// runs the command and disconnects. Bad arguments, a failed connection and link faults end with
+// a plain message on stderr and a non-zero code.
 int RunServiceCommand(const QStringList& args, const ServiceCommand& command);
 
 } // namespace kvx::cli

@@ -1,31 +1,52 @@
 #include "cli/Command.h"
 
 #include <QCoreApplication>
-#include <algorithm>
 #include <cstdio>
 #include <exception>
 
-namespace kvx::cli {
-
-std::vector<Command>& commands()
-{
-    static std::vector<Command> all;
-    return all;
-}
-
-} // namespace kvx::cli
-
 namespace {
 
-int usage()
+using kvx::cli::Command;
+using kvx::cli::Commands;
+
+void printCommandList()
 {
-    std::fprintf(stderr, "usage: kvx <command> [options]\n\ncommands:\n");
-    auto cmds = kvx::cli::commands();
-    std::sort(cmds.begin(), cmds.end(), [](const auto& a, const auto& b) { return a.name < b.name; });
-    for (const auto& c : cmds)
-        std::fprintf(stderr, "  %-10s %s\n", c.name.c_str(), c.summary.c_str());
-    std::fprintf(stderr, "\n'kvx <command> --help' describes a command's options.\n");
+    std::printf("Usage: kvx <command> [options]\n\n"
+                "Korvenatronix OBD-II on the command line: every service of the window, headless, on a K-line\n"
+                "cable or the virtual vehicle (--port sim).\n\nCommands:\n");
+    for (const Command& c : Commands())
+        std::printf("  %-10s %s\n", c.name.c_str(), c.summary.c_str());
+    std::printf("\n'kvx <command> --help' (or 'kvx help <command>') describes a command and its options.\n"
+                "'kvx --version' prints the version.\n");
+}
+
+const Command* find(const QString& name)
+{
+    for (const Command& c : Commands())
+        if (QString::fromStdString(c.name) == name)
+            return &c;
+    return nullptr;
+}
+
+int unknownCommand(const QString& name)
+{
+    const std::string closest = kvx::cli::ClosestCommand(name.toStdString());
+    std::fprintf(stderr, "kvx: '%s' is not a command", qPrintable(name));
+    if (!closest.empty())
+        std::fprintf(stderr, "; did you mean '%s'?", closest.c_str());
+    std::fprintf(stderr, "\n'kvx --help' lists the commands.\n");
     return 2;
+}
+
+int run(const Command& command, QStringList args)
+{
+    args[0] = QStringLiteral("kvx ") + QString::fromStdString(command.name);
+    try {
+        return command.run(args);
+    } catch (const std::exception& e) {
+        std::fprintf(stderr, "kvx %s: %s\n", command.name.c_str(), e.what());
+        return 1;
+    }
 }
 
 } // namespace
@@ -33,23 +54,26 @@ int usage()
 int main(int argc, char** argv)
 {
     QCoreApplication app(argc, argv);
-    QCoreApplication::setApplicationName("kvx");
+    QCoreApplication::setApplicationName(QStringLiteral("kvx"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(KVX_VERSION));
     QStringList args = QCoreApplication::arguments();
-    if (args.size() < 2)
-        return usage();
-    const std::string name = args.at(1).toStdString();
-    for (const auto& c : kvx::cli::commands()) {
-        if (c.name != name)
-            continue;
-        args.removeAt(1);
-        args[0] = QStringLiteral("kvx ") + QString::fromStdString(name);
-        try {
-            return c.run(args);
-        } catch (const std::exception& e) {
-            std::fprintf(stderr, "kvx %s: %s\n", name.c_str(), e.what());
-            return 1;
-        }
+    const QString first = args.value(1);
+    if (args.size() < 2 || first == "--help" || first == "-h" || (first == "help" && args.size() == 2)) {
+        printCommandList();
+        return 0;
     }
-    std::fprintf(stderr, "kvx: unknown command '%s'\n\n", name.c_str());
-    return usage();
+    if (first == "--version" || first == "-v") {
+        std::printf("kvx %s\n", KVX_VERSION);
+        return 0;
+    }
+    if (first == "help") {
+        // "kvx help live" is "kvx live --help".
+        const Command* command = find(args.at(2));
+        return command ? run(*command, {args.at(0), QStringLiteral("--help")}) : unknownCommand(args.at(2));
+    }
+    const Command* command = find(first);
+    if (!command)
+        return unknownCommand(first);
+    args.removeAt(1);
+    return run(*command, args);
 }

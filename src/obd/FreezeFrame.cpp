@@ -82,10 +82,10 @@ void ReadFreezeFrame(Session& session, const std::string& headerByte1, const std
             if (!FromEcu(session, frame))
                 continue;
             box.setColor(kBlack);
-            box.append(PadOrCut(session.link.DescribePid(id, layout), 40) + kLineBreak);
+            box.append(PadOrCut(session.link.DescribePid(id, layout), kFreezeDescriptionWidth) + kLineBreak);
             box.setColor(kRed);
-            box.append(PadOrCut(session.link.FormatFreezeFrameValue(frame, 1), 20));
-            box.append(PadOrCut(session.link.FormatFreezeFrameValue(frame, 2), 20) + kLineBreak + kLineBreak);
+            box.append(PadOrCut(session.link.FormatFreezeFrameValue(frame, 1), kFreezeValueWidth));
+            box.append(PadOrCut(session.link.FormatFreezeFrameValue(frame, 2), kFreezeValueWidth) + kLineBreak + kLineBreak);
             box.setColor(kBlack);
         }
         session.shell.processEvents();

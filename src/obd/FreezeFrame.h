@@ -8,6 +8,10 @@ struct Session;
 
 namespace kvx::obd {
 
+// The columns of a txtMode2 paragraph, in characters: the description, then each value.
+inline constexpr std::size_t kFreezeDescriptionWidth = 40;
+inline constexpr std::size_t kFreezeValueWidth = 20;
+
 // The "FREEZE FRAME DATA" tab's button: learns which parameters the unit keeps in the frame
 // chosen in cmbFrame, then reads them into txtMode2.
 void RequestFreezeFrame(Session& session);

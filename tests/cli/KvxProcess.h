@@ -1,0 +1,86 @@
+#pragma once
+
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QSettings>
+#include <QStringList>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+#include <chrono>
+
+namespace kvx::cli::test {
+
+struct Result {
+    int code = -1;
+    QString out, err;
+
+    QStringList lines() const { return out.split('\n', Qt::SkipEmptyParts); }
+};
+
+// Runs the kvx beside the tests with a settings store of its own (not the user's), so what the
+// store holds is what a test put there.
+class Kvx {
+public:
+    Kvx() { EXPECT_TRUE(QDir().mkpath(storeDir())); }
+
+    void setting(const char* key, const QString& value)
+    {
+        QSettings store(storeDir() + "/Korvenatronix OBD-II.conf", QSettings::IniFormat);
+        store.setValue(QStringLiteral("Settings/") + key, value);
+    }
+
+    // A copy of kvx in a folder of its own, with the description file and a Log folder, so
+    // recordings land where the test can read them.
+    QString ownProgram()
+    {
+        const QString program = dir_.filePath("bin/kvx");
+        EXPECT_TRUE(QDir().mkpath(dir_.filePath("bin/Log")));
+        EXPECT_TRUE(QFile::copy(KVX_BIN_DIR "/kvx", program));
+        EXPECT_TRUE(QFile::copy(KVX_BIN_DIR "/SAE OBD II CODES.dat", dir_.filePath("bin/SAE OBD II CODES.dat")));
+        program_ = program;
+        return dir_.filePath("bin/Log");
+    }
+
+    void start(QProcess& process, const QStringList& args) const
+    {
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.insert("XDG_CONFIG_HOME", dir_.filePath("config"));
+        process.setProcessEnvironment(env);
+        process.start(program_, args);
+        EXPECT_TRUE(process.waitForStarted(10000));
+    }
+
+    Result run(const QStringList& args, int timeoutMs = 90000) const
+    {
+        QProcess process;
+        start(process, args);
+        EXPECT_TRUE(process.waitForFinished(timeoutMs)) << args.join(' ').toStdString();
+        return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
+                QString::fromUtf8(process.readAllStandardError())};
+    }
+
+private:
+    QString storeDir() const { return dir_.filePath("config/Korvenatronix OBD-II"); }
+
+    QTemporaryDir dir_;
+    QString program_ = KVX_BIN_DIR "/kvx";
+};
+
+// Reads what a running kvx writes until the text appears or the time is up; true when it did.
+inline bool waitForText(QProcess& process, QString& seen, QProcess::ProcessChannel channel, const QString& text,
+                        std::chrono::milliseconds limit)
+{
+    const auto end = std::chrono::steady_clock::now() + limit;
+    while (!seen.contains(text) && std::chrono::steady_clock::now() < end) {
+        process.waitForReadyRead(50);
+        seen += QString::fromUtf8(channel == QProcess::StandardError ? process.readAllStandardError()
+                                                                     : process.readAllStandardOutput());
+        if (process.state() == QProcess::NotRunning)
+            break;
+    }
+    return seen.contains(text);
+}
+
+} // namespace kvx::cli::test
