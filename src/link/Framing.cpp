@@ -1,5 +1,6 @@
 #include "link/Framing.h"
 
+#include "link/KLineTiming.h"
 #include "link/LinkError.h"
 
 #include <algorithm>
@@ -8,6 +9,8 @@
 namespace kvx::link {
 
 namespace {
+
+using kline::kP1Max;
 
 constexpr std::size_t kIsoHeader = 3;
 constexpr std::size_t kIsoMaxData = 7;
@@ -83,8 +86,10 @@ bool isoHeaderFits(const std::vector<TimedByte>& in, std::size_t from)
 }
 
 // Sizes of the whole valid frames that may start at from, the likeliest first. An ISO 9141 frame
-// may end wherever its checksum holds; the end followed by the next header or the longest pause
-// is the likeliest.
+// ends where its checksum holds and the end shows: nothing follows, the next header does, or a
+// pause longer than a unit leaves between its bytes. A checksum also holds by chance, one time in
+// 256, inside a frame damaged further on; such a piece is no frame. Among several ends, the one
+// followed by the next header or the longest pause comes first.
 std::vector<std::size_t> framesAt(LineKind kind, const std::vector<TimedByte>& in, std::size_t from,
                                   const ReplyAddressing& to)
 {
@@ -101,13 +106,14 @@ std::vector<std::size_t> framesAt(LineKind kind, const std::vector<TimedByte>& i
         if (!checksumHolds(in, from, size))
             continue;
         const std::size_t next = from + size;
-        Micros score = ms(1500);
-        if (next < in.size()) {
-            const bool nextHeader = in[next].value == 0x48 && (next + 1 >= in.size() || in[next + 1].value == 0x6B);
-            const Micros gap = in[next].time - in[next - 1].time;
-            score = nextHeader ? gap + ms(1000) : gap;
+        if (next == in.size()) {
+            ends.push_back({ms(1500), size});
+            continue;
         }
-        ends.push_back({score, size});
+        const bool nextHeader = in[next].value == 0x48 && (next + 1 >= in.size() || in[next + 1].value == 0x6B);
+        const Micros gap = in[next].time - in[next - 1].time;
+        if (nextHeader || gap > kP1Max)
+            ends.push_back({nextHeader ? gap + ms(1000) : gap, size});
     }
     std::stable_sort(ends.begin(), ends.end(), [](const auto& a, const auto& b) { return a.first > b.first; });
     std::vector<std::size_t> sizes;

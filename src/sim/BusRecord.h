@@ -1,6 +1,8 @@
 #pragma once
 
 #include "link/Clock.h"
+#include "link/Hex.h"
+#include "sim/FaultPlan.h"
 
 #include <cstdint>
 #include <string>
@@ -34,11 +36,20 @@ struct InitObservation {
     std::string note;                   // why a wake-up was refused, in plain words
 };
 
+// A tester request the units heard inside a session, and the fault the plan gave it.
+struct RequestObservation {
+    link::Micros time = 0; // the start of its first byte
+    Fault fault = Fault::None;
+};
+
 // The bus's own account of everything that happened on it, for measuring timing windows.
 struct BusRecord {
     std::vector<BusEvent> events;
     std::vector<InitObservation> inits;
     std::vector<link::Micros> sessionDrops; // when a unit gave its session up after P3max
+    std::vector<RequestObservation> requests;
+    // Every frame a unit put on the line, as it was sent (stray bytes of line noise are none).
+    std::vector<link::Bytes> framesSent;
 
     std::vector<BusEvent> bytes(Origin origin) const;
     std::vector<BusEvent> edges() const;

@@ -333,7 +333,12 @@ void VirtualVehicle::onTesterByte(std::uint8_t byte, link::Micros end)
     const link::Micros start = end - byteTime();
     if (frame_.empty()) {
         dropSessionIfSilent(start);
-        requestFault_ = session_ ? config_.faults.forRequest(requests_++) : Fault::None;
+        requestFault_ = Fault::None;
+        if (session_) {
+            // Requests are numbered in the order the units hear them, as the fault plan counts.
+            requestFault_ = config_.faults.forRequest(static_cast<int>(record_.requests.size()));
+            record_.requests.push_back({start, requestFault_});
+        }
     }
     // The interface hears its own transmission; the faults bend what it hears.
     if (requestFault_ != Fault::NoEcho) {
@@ -519,6 +524,7 @@ link::Micros VirtualVehicle::sendByte(std::uint8_t byte, link::Micros start, Ori
 
 link::Micros VirtualVehicle::sendFrame(const link::Bytes& frame, link::Micros start)
 {
+    record_.framesSent.push_back(frame);
     link::Micros end = start;
     for (std::size_t i = 0; i < frame.size(); ++i)
         end = sendByte(frame[i], i == 0 ? start : end + config_.timing.p1);

@@ -141,7 +141,6 @@ private:
     Fault wakeFault_ = Fault::None;
     link::Bytes frame_; // the tester frame being received
     link::Micros frameLastByte_ = 0;
-    int requests_ = 0;
     int wakeUps_ = 0;
     Fault requestFault_ = Fault::None;
     std::uint64_t noise_;

@@ -157,6 +157,12 @@ TEST(Cutting, Iso9141FramesByChecksumAndNextHeader)
     ASSERT_EQ(bad.frames.size(), 1u);
     EXPECT_EQ(bad.frames[0][2], 0x10);
     EXPECT_EQ(bad.dropped.front().reason, "bad checksum");
+
+    // Here the first frame's checksum also holds one byte later, across the next frame's 48; the
+    // next header wins over the longer cut.
+    const auto damagedSecond = cutFrames(LineKind::Iso9141, concat({"486B18410080080010A4", "486B104100BE3FB813CD"}));
+    ASSERT_EQ(damagedSecond.frames.size(), 1u);
+    EXPECT_EQ(toHex(damagedSecond.frames[0]), "486B18410080080010A4");
 }
 
 TEST(Cutting, ResponsePendingIsRecognisedOnBothLines)
