@@ -52,9 +52,11 @@ MainActions BindSessionActions(Session& s, const std::string& programFolder)
             if (*running)
                 return;
             const Running mark(*running);
-            obd::RunLinkCommand(s, f);
+            obd::RunCommand(s, f);
         };
     };
+    // Every other control reports its faults the same way.
+    auto reported = [&s](std::function<void()> f) { return [&s, f = std::move(f)] { obd::RunCommand(s, f); }; };
     // The link calls back during its long waits (P3, wake-up) so the window repaints and its
     // timers run; clicks wait for the poller's own pauses, and a keep-alive tick that falls into
     // such a wait is skipped, as the link is in the middle of a request.
@@ -74,18 +76,18 @@ MainActions BindSessionActions(Session& s, const std::string& programFolder)
     };
     a.ConnectModule = [&s](int module) {
         bool connected = false;
-        obd::RunLinkCommand(s, [&] { connected = enhanced::ConnectModule(s, module); });
+        obd::RunCommand(s, [&] { connected = enhanced::ConnectModule(s, module); });
         return connected;
     };
-    a.Disconnect = [&s] { obd::Disconnect(s); };
+    a.Disconnect = reported([&s] { obd::Disconnect(s); });
     a.Go = guarded([&s] {
         s.screen.StatusBar1.setText(1, "STOP QUERYING");
         s.SilenceCount = 0;
         obd::RediscoverSupportedPids(s);
     });
     a.RequestMode1 = guarded([&s] { enhanced::StartModuleLiveData(s); });
-    a.Stop = [&s] { obd::StopLiveData(s); };
-    a.GridMode1Click = [&s](int row, int) { obd::ToggleLiveDataRow(s, row); };
+    a.Stop = reported([&s] { obd::StopLiveData(s); });
+    a.GridMode1Click = [&s](int row, int) { obd::RunCommand(s, [&] { obd::ToggleLiveDataRow(s, row); }); };
     a.KeepAliveTick = guarded([&s, waiting] {
         if (!*waiting)
             obd::KeepAliveTick(s);
@@ -97,7 +99,7 @@ MainActions BindSessionActions(Session& s, const std::string& programFolder)
     a.ModeOnce = [&s, guarded](int index) { guarded([&s, index] { obd::ClickModeOnce(s, index); })(); };
     a.ReadVin = guarded([&s] { obd::ReadVehicleId(s); });
     a.RequestLiveCombo = guarded([&s] { enhanced::StartModuleLiveCombo(s); });
-    a.StopLiveCombo = [&s] { obd::StopLiveCombo(s); };
+    a.StopLiveCombo = reported([&s] { obd::StopLiveCombo(s); });
     a.RequestMode2 = guarded([&s] { obd::RequestFreezeFrame(s); });
     a.Mode3 = guarded([&s] { obd::RequestStoredCodes(s); });
     a.Mode7 = guarded([&s] { obd::RequestPendingCodes(s); });
@@ -106,14 +108,21 @@ MainActions BindSessionActions(Session& s, const std::string& programFolder)
     a.RequestMode6 = guarded([&s] { obd::RequestMonitorTests(s); });
     // A failed start has told the user why; the box stays ticked as they left it.
     a.LogToggled = [&s, programFolder](bool on) {
-        s.screen.control("chkLog").setChecked(on);
-        if (on)
-            log::StartLogging(s, programFolder, QDateTime::currentDateTime());
-        else
-            log::StopLogging(s);
+        obd::RunCommand(s, [&] {
+            s.screen.control("chkLog").setChecked(on);
+            if (on)
+                log::StartLogging(s, programFolder, QDateTime::currentDateTime());
+            else
+                log::StopLogging(s);
+        });
     };
-    a.SliderMoved = [&s](int value) { settings::SetP3FromSlider(s, value); };
-    a.QueryClose = [&s] { return obd::QueryClose(s); };
+    a.SliderMoved = [&s](int value) { obd::RunCommand(s, [&] { settings::SetP3FromSlider(s, value); }); };
+    // A close check that faults keeps the window open, with the fault on screen.
+    a.QueryClose = [&s] {
+        bool mayClose = false;
+        obd::RunCommand(s, [&] { mayClose = obd::QueryClose(s); });
+        return mayClose;
+    };
     return a;
 }
 

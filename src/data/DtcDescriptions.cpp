@@ -169,8 +169,10 @@ std::string DtcDescription(const std::vector<std::string>& table, const std::str
     int number = 0;
     try {
         number = codeNumber(code);
-    } catch (const LoadError& error) {
-        throw std::invalid_argument(error.what());
+    } catch (const LoadError&) {
+        throw std::invalid_argument("The trouble code " + code +
+                                    " has no description number: its last four characters are not a decimal "
+                                    "number from 0 to 4000.");
     }
     return static_cast<std::size_t>(number) < table.size() ? table[number] : std::string();
 }

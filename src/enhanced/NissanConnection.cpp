@@ -116,9 +116,7 @@ bool ReconnectNissan(Session& session)
 
 bool ConnectNissan(Session& session)
 {
-    bool connected = false;
-    obd::RunLinkCommand(session, [&] { connected = connect(session); });
-    return connected;
+    return obd::RunConnection(session, [&] { return connect(session); });
 }
 
 std::string RequestNissanSupport(Session& session, const std::string& body)

@@ -6,8 +6,11 @@ namespace kvx::log {
 
 LogFile::LogFile(const std::string& path, Mode mode) : path_(path), file_(QString::fromStdString(path))
 {
-    QIODevice::OpenMode how = mode == Mode::Create ? (QIODevice::ReadWrite | QIODevice::Truncate)
-                                                   : QIODevice::ReadOnly;
+    // A recording goes to the file without a buffer, so each record is on disk when its write
+    // returns: a crash keeps every frame written, and a full disk fails the write that met it.
+    QIODevice::OpenMode how = mode == Mode::Create
+                                  ? (QIODevice::ReadWrite | QIODevice::Truncate | QIODevice::Unbuffered)
+                                  : QIODevice::ReadOnly;
     if (!file_.open(how))
         throw LogError("Cannot open " + path + ": " + file_.errorString().toStdString());
 }

@@ -99,9 +99,7 @@ void fillGenericScreen(Session& session)
 
 bool Negotiate(Session& session, const Negotiation& negotiation)
 {
-    bool connected = false;
-    RunLinkCommand(session, [&] { connected = negotiate(session, negotiation); });
-    return connected;
+    return RunConnection(session, [&] { return negotiate(session, negotiation); });
 }
 
 bool ConnectEcu(Session& session)

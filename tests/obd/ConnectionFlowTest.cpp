@@ -2,6 +2,7 @@
 #include "obd/Disconnect.h"
 #include "obd/LiveData.h"
 #include "support/CoreVehicle.h"
+#include "support/ProgramWindow.h"
 
 #include <gtest/gtest.h>
 
@@ -91,6 +92,28 @@ TEST(Disconnect, ClosesThePortAndPutsTryAllBack)
     car.session.Replaying = true;
     EXPECT_FALSE(QueryClose(car.session));
     EXPECT_EQ(car.screen.StatusBar1.text(1), kStopPlayingLog);
+}
+
+// A protocol number the link refuses, left in the store by another version or a hand edit: the
+// link's error ends the connection, and the disconnect routine leaves the window free to connect
+// again or exit.
+TEST(ConnectEcu, ALinkErrorInsideTheConnectionClosesItAgain)
+{
+    for (int module : {ModuleGeneric, ModuleToyota}) {
+        for (const char* protocol : {"0", "5"}) {
+            SCOPED_TRACE(std::string(protocol) + " module " + std::to_string(module));
+            test::ProgramWindow p("", {{"TypeProtocol", protocol}});
+            EXPECT_FALSE(p.actions.ConnectModule(module));
+            ASSERT_EQ(p.shell.boxes.size(), 1u);
+            EXPECT_EQ(p.shell.boxes[0].title, kFailedCommunication);
+            EXPECT_TRUE(p.session.LinkDown);
+            EXPECT_FALSE(p.link.IsPortOpen());
+            EXPECT_TRUE(p.find<QWidget>("Toolbar1")->findChild<QAction*>("Connect")->isEnabled());
+            EXPECT_FALSE(p.find<QWidget>("Toolbar1")->findChild<QAction*>("Disconnect")->isEnabled());
+            p.exit();
+            EXPECT_FALSE(p.window->isVisible());
+        }
+    }
 }
 
 } // namespace

@@ -23,26 +23,36 @@
 #include <QToolBar>
 #include <memory>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace kvx::test {
 
+// Settings the store holds when the program starts: key and text.
+using StoredSettings = std::vector<std::pair<const char*, const char*>>;
+
 // The program as main() assembles it, over the virtual vehicle on virtual time: its own start-up
-// and actions, the real frmMain with the player window, an empty settings store and a program
-// folder of its own (with a Log folder and the given description file, if any).
+// and actions, the real frmMain with the player window, a settings store of its own (empty unless
+// given) and a program folder of its own (with a Log folder and the given description file, if
+// any).
 struct ProgramWindow {
     QApplication& application = widgetApp();
     TempSettings store;
     QTemporaryDir folder;
     link::VirtualClock clock;
-    link::LinkSession link{ports::makeWireFactory(clock), clock};
+    link::LinkSession link;
     MainScreen screen;
     RecordingShell shell;
     Session session{link, screen, shell};
     app::MainActions actions;
     std::unique_ptr<app::frmMain> window;
 
-    explicit ProgramWindow(const char* descriptions = nullptr)
+    explicit ProgramWindow(const char* descriptions = nullptr, const StoredSettings& stored = {},
+                           sim::VehicleConfig vehicle = {})
+        : link(ports::makeWireFactory(clock, ports::PortOptions{{}, std::move(vehicle)}), clock)
     {
+        for (const auto& [key, text] : stored)
+            store.put(key, text);
         QDir(folder.path()).mkdir("Log");
         if (descriptions) {
             QFile file(QDir(folder.path()).filePath("SAE OBD II CODES.dat"));
