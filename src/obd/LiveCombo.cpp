@@ -56,6 +56,7 @@ void RunLiveCombo(Session& session, const ComboReading& reading)
         }
         if (!goOn)
             break;
+        session.shell.processEvents();
     }
     session.Busy = false;
 }

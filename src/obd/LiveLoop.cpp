@@ -104,6 +104,8 @@ void RunLivePasses(Session& session, TimerModel& keepAlive, void (*rearm)(Sessio
                 break;
             if (idle)
                 session.link.clock().sleepFor(kIdlePassWait);
+            // A pass over no rows let no events run; stop buttons and tab changes wait for this.
+            session.shell.processEvents();
         }
     });
 }

@@ -25,8 +25,9 @@ void ReconnectForLiveData(Session& session);
 bool WalkLiveRows(Session& session, const std::function<void(int)>& visit, const std::function<bool(int)>& poll);
 
 // The loop of a grid poller: passes while "LIVE DATA" is the selected tab, Busy is set and the
-// link is up, with the module's keep-alive timer off during each pass and re-armed after it. A
-// pass returns false to end the loop. Busy is clear when it returns, however it ends.
+// link is up, with the module's keep-alive timer off during each pass and re-armed after it, and
+// events processed between passes. A pass returns false to end the loop. Busy is clear when it
+// returns, however it ends.
 void RunLivePasses(Session& session, TimerModel& keepAlive, void (*rearm)(Session&),
                    const std::function<bool()>& pass);
 

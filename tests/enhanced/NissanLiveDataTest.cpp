@@ -128,7 +128,11 @@ TEST(NissanLiveData, RecordingRedHighlightAndEveryReplyAFrameEmptyOnesToo)
     const long first = car.session.LogRecordNumber;
 
     std::vector<std::string> replies;
+    long recorded = first;
     car.shell.onProcessEvents = [&] {
+        if (car.session.LogRecordNumber == recorded)
+            return;
+        recorded = car.session.LogRecordNumber;
         replies.push_back(car.session.LastResponse);
         // Two good replies, then the unit falls silent for one more.
         if (replies.size() == 2)

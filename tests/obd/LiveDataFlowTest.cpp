@@ -11,7 +11,7 @@
 namespace kvx::obd {
 namespace {
 
-// Ends the loop after this many rows have been processed.
+// Ends the loop once events have been processed this many times.
 void stopAfter(test::CoreVehicle& car, int rows)
 {
     car.shell.onProcessEvents = [&car, rows] {
@@ -32,7 +32,10 @@ TEST(LiveData, RowsFillFromTheUnitInUseOnlyAndOnlyItsMessagesAreLogged)
     car.session.Logging = true;
     const long firstRecord = car.session.LogRecordNumber;
 
-    stopAfter(car, 3);
+    car.shell.onProcessEvents = [&] {
+        if (car.session.LogRecordNumber - firstRecord == 3)
+            StopLiveData(car.session);
+    };
     StartLiveData(car.session);
     EXPECT_FALSE(car.session.Busy);
     EXPECT_TRUE(car.screen.tmrKeepAlive.enabled());
@@ -54,14 +57,15 @@ TEST(LiveData, ThirdSilentReplyReconnectsAndTheNextAnswerClearsTheCount)
     ASSERT_TRUE(ConnectEcu(car.session));
     ASSERT_TRUE(car.pollOnly("0C"));
     car.outwaitSession();
+    // Each pass over the one row yields after the row and again after the pass.
     std::vector<int> counts;
     car.shell.onProcessEvents = [&] {
         counts.push_back(car.session.SilenceCount);
-        if (counts.size() == 5)
+        if (counts.size() == 10)
             StopLiveData(car.session);
     };
     StartLiveData(car.session);
-    EXPECT_EQ(counts, (std::vector<int>{1, 2, 3, 0, 0}));
+    EXPECT_EQ(counts, (std::vector<int>{1, 1, 2, 2, 3, 3, 0, 0, 0, 0}));
     EXPECT_EQ(car.countStatus(kReconnecting), 1);
     EXPECT_TRUE(car.shell.boxes.empty());
 }
@@ -91,7 +95,8 @@ TEST(LiveData, TabChangeEndsThePassAndTicksToggleOnlyWhileIdle)
     ASSERT_TRUE(ConnectEcu(car.session));
     car.shell.onProcessEvents = [&] { car.screen.TabStrip1.selectCaption("INFO"); };
     StartLiveData(car.session);
-    EXPECT_EQ(car.shell.pumps, 1);
+    // The pass ends at the next row; the loop yields once more as it ends.
+    EXPECT_EQ(car.shell.pumps, 2);
     EXPECT_FALSE(car.session.Busy);
 
     GridModel& grid = car.screen.GridMode1;
@@ -118,7 +123,8 @@ TEST(LiveData, AllRowsUntickedSendsNothingUntilStopped)
     stopAfter(car, rows * 3);
     StartLiveData(car.session);
     EXPECT_EQ(car.session.LastFrame, before);
-    EXPECT_EQ(car.shell.pumps, rows * 3);
+    // A yield after every row and after every pass; the third pass ends at its next row.
+    EXPECT_EQ(car.shell.pumps, rows * 3 + 1);
 }
 
 } // namespace
