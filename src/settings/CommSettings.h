@@ -20,4 +20,8 @@ struct CommSettings {
 // The settings' port number that names the virtual vehicle rather than a serial device.
 constexpr int kVirtualVehiclePort = 0;
 
+// The shortest keep-alive period the timers accept: below it a tick follows the last one before
+// the unit can have answered, and the ticks run back to back with the window starved of events.
+constexpr int kMinKeepAliveMs = 100;
+
 } // namespace kvx

@@ -7,6 +7,8 @@
 #include "settings/SettingsStore.h"
 
 #include <QString>
+#include <cstdint>
+#include <limits>
 #include <optional>
 
 namespace kvx::settings {
@@ -16,11 +18,16 @@ namespace {
 constexpr int kSerialPorts = 16;
 constexpr int kTryAllEntry = 3;
 
-std::optional<int> wholeNumber(const std::string& text)
+constexpr long kMin16 = std::numeric_limits<std::int16_t>::min();
+constexpr long kMax16 = std::numeric_limits<std::int16_t>::max();
+constexpr long kMin32 = std::numeric_limits<std::int32_t>::min();
+constexpr long kMax32 = std::numeric_limits<std::int32_t>::max();
+
+std::optional<long> wholeNumber(const std::string& text)
 {
     bool ok = false;
-    const int value = QString::fromStdString(text).trimmed().toInt(&ok);
-    return ok ? std::optional<int>(value) : std::nullopt;
+    const qlonglong value = QString::fromStdString(text).trimmed().toLongLong(&ok);
+    return ok ? std::optional<long>(static_cast<long>(value)) : std::nullopt;
 }
 
 // The value of the text's leading number: "750ms" is 750, "" and "abc" are 0.
@@ -43,7 +50,7 @@ std::string portEntry(int port)
     return port == kVirtualVehiclePort ? kVirtualVehicleEntry : std::to_string(port);
 }
 
-std::optional<int> portNumber(const std::string& entry)
+std::optional<long> portNumber(const std::string& entry)
 {
     if (entry == kVirtualVehicleEntry)
         return kVirtualVehiclePort;
@@ -113,42 +120,50 @@ void SettingsEditor::txtP3_Change()
 
 bool SettingsEditor::cmdApply_Click()
 {
-    // Every number is read before anything changes, so a mistyped field applies nothing.
+    // Every number is read before anything changes, so a mistyped field applies nothing. Each
+    // must fit its field, and the keep-alive period the timers.
     struct Field {
         const char* label;
         const std::string& text;
-        std::optional<int> value;
+        std::optional<long> value;
+        long min, max;
     };
     Field fields[] = {
-        {"Com Port", cmbPort.text(), portNumber(cmbPort.text())},
-        {"Keep Alive (mS)", txtKeepAlive.text(), wholeNumber(txtKeepAlive.text())},
-        {"Baud", txtBaud.text(), wholeNumber(txtBaud.text())},
-        {"P4 Delay (mS)", txtP4.text(), wholeNumber(txtP4.text())},
-        {"InterByte Delay (mS)", txtInterbyte.text(), wholeNumber(txtInterbyte.text())},
-        {"P3 Delay (mS)", txtP3.text(), wholeNumber(txtP3.text())},
+        {"Com Port", cmbPort.text(), portNumber(cmbPort.text()), kMin16, kMax16},
+        {"Keep Alive (mS)", txtKeepAlive.text(), wholeNumber(txtKeepAlive.text()), kMinKeepAliveMs, kMax16},
+        {"Baud", txtBaud.text(), wholeNumber(txtBaud.text()), kMin32, kMax32},
+        {"P4 Delay (mS)", txtP4.text(), wholeNumber(txtP4.text()), kMin16, kMax16},
+        {"InterByte Delay (mS)", txtInterbyte.text(), wholeNumber(txtInterbyte.text()), kMin16, kMax16},
+        {"P3 Delay (mS)", txtP3.text(), wholeNumber(txtP3.text()), kMin16, kMax16},
     };
     for (const Field& f : fields) {
-        if (!f.value) {
-            session_.shell.messageBox("Settings", std::string(f.label) + " must be a whole number, not \"" + f.text + "\".",
-                                      MessageIcon::Exclamation);
+        std::string problem;
+        if (!f.value)
+            problem = " must be a whole number, not \"" + f.text + "\".";
+        else if (*f.value < f.min || *f.value > f.max)
+            problem = " must lie between " + std::to_string(f.min) + " and " + std::to_string(f.max) + ", not \"" +
+                      f.text + "\".";
+        if (!problem.empty()) {
+            session_.shell.messageBox(kSettingsBoxTitle, f.label + problem, MessageIcon::Exclamation);
             return false;
         }
     }
 
     CommSettings& s = session_.settings;
     MainScreen& screen = session_.screen;
-    s.PortNumber = *fields[0].value;
-    s.KeepAlive = *fields[1].value;
-    s.BaudRate = *fields[2].value;
+    const auto number = [&fields](int i) { return static_cast<int>(*fields[i].value); };
+    s.PortNumber = number(0);
+    s.KeepAlive = number(1);
+    s.BaudRate = number(2);
     screen.tmrKeepAlive.setInterval(s.KeepAlive);
     screen.tmrKeepAliveEnhance.setInterval(s.KeepAlive);
-    s.P4Delay = *fields[3].value;
+    s.P4Delay = number(3);
     session_.link.SetP4Delay(s.P4Delay);
-    s.InterByteDelay = *fields[4].value;
+    s.InterByteDelay = number(4);
     session_.link.SetInterByteDelay(s.InterByteDelay);
     s.Kwp2000InitDelay = txtKwp2000InitDelay.text();
     session_.link.SetKwp2000InitDelay(s.Kwp2000InitDelay);
-    s.P3Delay = *fields[5].value;
+    s.P3Delay = number(5);
     session_.link.SetP3Delay(s.P3Delay);
     if (screen.sldSpeedP3.setValue(s.P3Delay))
         screen.lblSpeed.setText(std::to_string(s.P3Delay));

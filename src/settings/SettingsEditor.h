@@ -39,7 +39,8 @@ public:
     void choose(ListModel& list, int index);
 
     // Takes the fields into the settings, pushes them to the link and the main window and saves
-    // them. A field that is not a number refuses the whole Apply with a box naming it; false then.
+    // them. A field that is not a number, or not one its field holds (a keep-alive period below
+    // the timers' shortest included), refuses the whole Apply with a box naming it; false then.
     bool cmdApply_Click();
     // The DEFAULT set (the port kept), applied and saved at once.
     bool cmdDefault_Click();

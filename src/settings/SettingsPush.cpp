@@ -3,13 +3,35 @@
 #include "link/LinkSession.h"
 #include "session/MainScreen.h"
 #include "session/Session.h"
+#include "session/Shell.h"
 
 namespace kvx::settings {
+
+namespace {
+
+// What every field holds before the store is read at start-up.
+void clearForLoad(CommSettings& s)
+{
+    s.BaudRate = s.PortNumber = s.KeepAlive = s.P3Delay = s.P4Delay = s.InterByteDelay = s.ProtocolNumber = 0;
+    s.TryAllProtocols = false;
+    s.Kwp2000InitDelay.clear();
+}
+
+} // namespace
 
 void LoadCommSettings(Session& session)
 {
     CommSettings& s = session.settings;
+    clearForLoad(s);
     ReadCommSettings(s);
+    if (s.KeepAlive < kMinKeepAliveMs) {
+        session.shell.messageBox(kSettingsBoxTitle,
+                                 "The stored Keep Alive (mS) of " + std::to_string(s.KeepAlive) +
+                                     " is refused: the keep-alive runs every " + std::to_string(kMinKeepAliveMs) +
+                                     " mS instead.",
+                                 MessageIcon::Exclamation);
+        s.KeepAlive = kMinKeepAliveMs;
+    }
     // The KWP2000 delay stays with the link's own value until the user applies the dialog.
     session.link.SetP3Delay(s.P3Delay);
     session.link.SetP4Delay(s.P4Delay);

@@ -1,6 +1,8 @@
 #include "settings/SettingsStore.h"
 
 #include <QSettings>
+#include <cstdint>
+#include <limits>
 
 namespace kvx::settings {
 
@@ -16,14 +18,15 @@ QString keyOf(const char* key)
     return QString::fromUtf8(kSection) + QLatin1Char('/') + QString::fromUtf8(key);
 }
 
-// A stored text that is not a whole number leaves the field as it was.
-void readInt(QSettings& store, const char* key, int startupDefault, int& field)
+// A stored text that is not a whole number of the field's width leaves the field as it was.
+template <typename Width>
+void readNumber(QSettings& store, const char* key, int startupDefault, int& field)
 {
-    const QString text = store.value(keyOf(key), QString::number(startupDefault)).toString();
+    const QString text = store.value(keyOf(key), QString::number(startupDefault)).toString().trimmed();
     bool ok = false;
-    const int value = text.trimmed().toInt(&ok);
-    if (ok)
-        field = value;
+    const qlonglong value = text.toLongLong(&ok);
+    if (ok && value >= std::numeric_limits<Width>::min() && value <= std::numeric_limits<Width>::max())
+        field = static_cast<int>(value);
 }
 
 void write(QSettings& store, const char* key, const QString& text)
@@ -36,13 +39,14 @@ void write(QSettings& store, const char* key, const QString& text)
 void ReadCommSettings(CommSettings& s)
 {
     QSettings store = openStore();
-    readInt(store, "BaudRate", 10400, s.BaudRate);
-    readInt(store, "Port", 1, s.PortNumber);
-    readInt(store, "KeepAlive", 500, s.KeepAlive);
-    readInt(store, "P3Delay", 300, s.P3Delay);
-    readInt(store, "P4Delay", 25, s.P4Delay);
-    readInt(store, "InterByteDelay", 10, s.InterByteDelay);
-    readInt(store, "TypeProtocol", 4, s.ProtocolNumber);
+    // The baud rate is a 32-bit field, the others 16-bit.
+    readNumber<std::int32_t>(store, "BaudRate", 10400, s.BaudRate);
+    readNumber<std::int16_t>(store, "Port", 1, s.PortNumber);
+    readNumber<std::int16_t>(store, "KeepAlive", 500, s.KeepAlive);
+    readNumber<std::int16_t>(store, "P3Delay", 300, s.P3Delay);
+    readNumber<std::int16_t>(store, "P4Delay", 25, s.P4Delay);
+    readNumber<std::int16_t>(store, "InterByteDelay", 10, s.InterByteDelay);
+    readNumber<std::int16_t>(store, "TypeProtocol", 4, s.ProtocolNumber);
     s.Kwp2000InitDelay = store.value(keyOf("Kwp2000InitDelay"), QStringLiteral("22")).toString().toStdString();
     // Only "Try All" switches the flag on here; a stored single protocol keeps whatever it held.
     if (s.ProtocolNumber == 4)

@@ -13,14 +13,19 @@ namespace kvx::settings {
 // Where the settings live: the per-user store of the program's title, section "Settings".
 inline constexpr const char* kStoreName = "Korvenatronix OBD-II";
 inline constexpr const char* kSection = "Settings";
+// The title of the boxes about settings refused.
+inline constexpr const char* kSettingsBoxTitle = "Settings";
 
-// Reads every key with its start-up default; a value that is not a number leaves its field as it
-// was. Never fails.
+// Reads every key with its start-up default; a value that is not a number of its field's width
+// (32-bit for the baud rate, 16-bit for the others) leaves its field as it was. Only "Try All"
+// sets TryAllProtocols. Never fails.
 void ReadCommSettings(CommSettings& settings);
 
-// Start-up: reads the store into the session's settings and pushes P3, P4 and the inter-byte
-// delay into the link (not the KWP2000 delay), the keep-alive interval into both timers, and P3
-// into the slider and lblSpeed.
+// Start-up: reads the store into the session's settings, every field 0 and "Try All" off before
+// (so a value that does not convert leaves 0), and pushes P3, P4 and the inter-byte delay into
+// the link (not the KWP2000 delay), the keep-alive interval into both timers, and P3 into the
+// slider and lblSpeed. A keep-alive period below the timers' shortest is raised to it, and a box
+// says so.
 void LoadCommSettings(Session& session);
 
 // Writes every key in the order Apply saves them.

@@ -1,10 +1,6 @@
-#include "link/LinkSession.h"
-#include "session/MainScreen.h"
-#include "session/Session.h"
 #include "settings/SettingsEditor.h"
 #include "settings/SettingsStore.h"
-#include "support/RecordingShell.h"
-#include "support/TempSettings.h"
+#include "support/OfflineSession.h"
 
 #include <gtest/gtest.h>
 
@@ -12,13 +8,7 @@ namespace kvx::settings {
 namespace {
 
 // The dialog over a freshly loaded session; no port is ever opened.
-struct Dialog {
-    test::TempSettings store;
-    link::VirtualClock clock;
-    link::LinkSession link{[](int) -> std::unique_ptr<link::Wire> { return nullptr; }, clock};
-    MainScreen screen;
-    test::RecordingShell shell;
-    Session session{link, screen, shell};
+struct Dialog : test::OfflineSession {
     SettingsEditor editor{session};
 
     Dialog()

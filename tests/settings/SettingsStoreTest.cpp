@@ -1,5 +1,5 @@
 #include "settings/SettingsStore.h"
-#include "support/TempSettings.h"
+#include "support/OfflineSession.h"
 
 #include <QSettings>
 #include <gtest/gtest.h>
@@ -7,14 +7,19 @@
 namespace kvx::settings {
 namespace {
 
+// The start-up load of the settings.
+struct StartUp : test::OfflineSession {
+    const CommSettings& load()
+    {
+        LoadCommSettings(session);
+        return session.settings;
+    }
+};
+
 TEST(SettingsStore, EmptyStoreGivesStartupDefaults)
 {
-    test::TempSettings store;
-    CommSettings s;
-    s.BaudRate = s.PortNumber = s.KeepAlive = s.P3Delay = s.P4Delay = s.InterByteDelay = s.ProtocolNumber = 0;
-    s.TryAllProtocols = false;
-    s.Kwp2000InitDelay.clear();
-    ReadCommSettings(s);
+    StartUp program;
+    const CommSettings& s = program.load();
     EXPECT_EQ(s.BaudRate, 10400);
     EXPECT_EQ(s.PortNumber, 1);
     EXPECT_EQ(s.KeepAlive, 500);
@@ -24,21 +29,23 @@ TEST(SettingsStore, EmptyStoreGivesStartupDefaults)
     EXPECT_EQ(s.ProtocolNumber, 4);
     EXPECT_TRUE(s.TryAllProtocols);
     EXPECT_EQ(s.Kwp2000InitDelay, "22");
+    EXPECT_TRUE(program.shell.boxes.empty());
 }
 
-TEST(SettingsStore, NonNumberLeavesFieldAndLoadingGoesOn)
+TEST(SettingsStore, ValueThatDoesNotFitItsFieldLeavesZeroAndLoadingGoesOn)
 {
-    test::TempSettings store;
-    store.put("P4Delay", "fast");
-    store.put("InterByteDelay", "7");
-    store.put("TypeProtocol", "2");
-    store.put("Kwp2000InitDelay", "abc");
-    CommSettings s;
-    s.P4Delay = 33;
-    s.TryAllProtocols = false;
-    ReadCommSettings(s);
-    EXPECT_EQ(s.P4Delay, 33);
-    EXPECT_EQ(s.InterByteDelay, 7);
+    StartUp program;
+    program.store.put("P4Delay", "fast");
+    program.store.put("InterByteDelay", "70000");
+    program.store.put("BaudRate", "3000000000");
+    program.store.put("Port", "7");
+    program.store.put("TypeProtocol", "2");
+    program.store.put("Kwp2000InitDelay", "abc");
+    const CommSettings& s = program.load();
+    EXPECT_EQ(s.P4Delay, 0);
+    EXPECT_EQ(s.InterByteDelay, 0);
+    EXPECT_EQ(s.BaudRate, 0);
+    EXPECT_EQ(s.PortNumber, 7);
     EXPECT_EQ(s.ProtocolNumber, 2);
     EXPECT_FALSE(s.TryAllProtocols);
     // The KWP2000 delay is text and kept as the store holds it.

@@ -7,6 +7,7 @@
 #include "session/Session.h"
 #include "sim/VirtualVehicle.h"
 #include "support/RecordingShell.h"
+#include "support/TempSettings.h"
 
 #include <QObject>
 #include <string>
@@ -15,14 +16,15 @@
 namespace kvx::test {
 
 // A main screen and session on the virtual vehicle in virtual time, every tab present and
-// "LIVE DATA" selected, the settings on the vehicle's port. Panel 1's texts are kept in order.
+// "LIVE DATA" selected, the settings loaded as at start-up from a store holding the vehicle's port
+// and the protocol. Panel 1's texts are kept in order.
 struct CoreVehicle {
     explicit CoreVehicle(sim::VehicleConfig config = {}, int protocol = link::Iso9141Slow)
         : vehicle(clock, std::move(config))
     {
-        session.settings.PortNumber = kVirtualVehiclePort;
-        session.settings.ProtocolNumber = protocol;
-        session.settings.TryAllProtocols = protocol == link::TryAll;
+        store.put("Port", std::to_string(kVirtualVehiclePort).c_str());
+        store.put("TypeProtocol", std::to_string(protocol).c_str());
+        settings::LoadCommSettings(session);
         data::BuildTabs(screen, data::ModuleTabs(ModuleGeneric));
         QObject::connect(&screen.StatusBar1, &StatusBarModel::changed, [this](int panel) {
             if (panel == 1)
@@ -62,6 +64,7 @@ struct CoreVehicle {
     // Long enough without a request that the units give their session up.
     void outwaitSession() { clock.sleepFor(link::ms(6000)); }
 
+    TempSettings store;
     link::VirtualClock clock;
     sim::VirtualVehicle vehicle;
     link::LinkSession link{[this](int) { return vehicle.makeWire(); }, clock};

@@ -6,14 +6,17 @@
 #include "session/Session.h"
 #include "sim/VirtualVehicle.h"
 #include "support/RecordingShell.h"
+#include "support/TempSettings.h"
 
 #include <string>
 
 namespace kvx::test {
 
-// A session on the virtual vehicle in virtual time, woken over ISO 9141-2 and talking to the
-// engine unit (10) as the generic module does after connecting.
+// A session on the virtual vehicle in virtual time, its settings loaded as at start-up for the
+// vehicle's port and ISO 9141-2, woken and talking to the engine unit (10) as the generic module
+// does after connecting.
 struct VehicleSession {
+    TempSettings store;
     link::VirtualClock clock;
     sim::VirtualVehicle vehicle{clock};
     link::LinkSession link{[this](int) { return vehicle.makeWire(); }, clock};
@@ -23,9 +26,9 @@ struct VehicleSession {
 
     VehicleSession()
     {
-        session.settings.PortNumber = kVirtualVehiclePort;
-        session.settings.ProtocolNumber = link::Iso9141Slow;
-        session.settings.TryAllProtocols = false;
+        store.put("Port", std::to_string(kVirtualVehiclePort).c_str());
+        store.put("TypeProtocol", std::to_string(link::Iso9141Slow).c_str());
+        settings::LoadCommSettings(session);
     }
 
     bool connect()
