@@ -95,6 +95,23 @@ int codeNumber(const std::string& field)
     return static_cast<int>(value);
 }
 
+// Only a plain file is opened: a pipe in its place would block the start for ever, and a path
+// the system cannot follow (a loop of links) is an error like any other.
+void checkReadable(const std::filesystem::path& path)
+{
+    std::error_code error;
+    const auto status = std::filesystem::status(path, error);
+    if (status.type() == std::filesystem::file_type::not_found)
+        throw LoadError("File not found: " + path.string());
+    if (error)
+        throw LoadError("Path/File access error: " + path.string() + ": " + error.message() + ".");
+    if (std::filesystem::is_directory(status))
+        throw LoadError("Path/File access error: " + path.string() + " is a folder, not a file.");
+    if (!std::filesystem::is_regular_file(status))
+        throw LoadError("Bad file mode: " + path.string() +
+                        " is not a plain file (a pipe or a device), so it is not read.");
+}
+
 std::string readAll(std::ifstream& file)
 {
     std::ostringstream text;
@@ -124,13 +141,10 @@ int LoadDtcDescriptions(const std::string& folder, std::vector<std::string>& tab
         if (file.is_open())
             file.close();
         file.clear();
-        if (std::filesystem::is_directory(path))
-            throw LoadError("Path/File access error: " + path.string() + " is a folder, not a file.");
+        checkReadable(path);
         file.open(path, std::ios::binary);
-        if (!file.is_open()) {
-            throw LoadError(std::filesystem::exists(path) ? "The file " + path.string() + " could not be opened."
-                                                          : "File not found: " + path.string());
-        }
+        if (!file.is_open())
+            throw LoadError("The file " + path.string() + " could not be opened.");
         std::string text = readAll(file);
         // Editors on Windows often start a saved file with a UTF-8 mark; it is no part of the first field.
         if (text.starts_with("\xEF\xBB\xBF"))

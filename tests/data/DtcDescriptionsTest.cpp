@@ -1,12 +1,18 @@
+#include "app/StartUp.h"
 #include "data/DtcDescriptions.h"
+#include "support/OfflineSession.h"
 #include "support/RecordingShell.h"
+#include "support/Watchdog.h"
 
 #include <QDir>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <fstream>
+#include <functional>
 #include <stdexcept>
+#include <sys/stat.h>
 #include <string>
 #include <utility>
 #include <vector>
@@ -131,6 +137,29 @@ TEST_F(DtcFile, MissingFileOrAFolderInItsPlaceShowsTheBoxAndLoadsNothing)
     ASSERT_TRUE(QDir(dir.path()).mkdir(kDtcFileName));
     EXPECT_EQ(LoadDtcDescriptions(folder(), table, shell), 0);
     expectErrorBox();
+}
+
+// Things that stand in the file's place and no file read can get past: a loop of links and a
+// pipe that nothing ever writes to. The program starts all the same, without descriptions.
+TEST(DtcFileAtStartUp, ALinkLoopOrAPipeInItsPlaceShowsTheBoxAndTheProgramStarts)
+{
+    const auto loop = [](const std::filesystem::path& file) { std::filesystem::create_symlink(file, file); };
+    const auto pipe = [](const std::filesystem::path& file) { ASSERT_EQ(mkfifo(file.c_str(), 0600), 0); };
+    for (const auto& makeInPlace : {std::function(loop), std::function(pipe)}) {
+        test::OfflineSession program;
+        QTemporaryDir folder;
+        makeInPlace(std::filesystem::path(folder.path().toStdString()) / kDtcFileName);
+        {
+            const test::Watchdog watchdog("start-up with a pipe or a link loop in place of the code file");
+            app::StartSession(program.session, true, folder.path().toStdString());
+        }
+        const auto& boxes = program.shell.boxes;
+        ASSERT_EQ(boxes.size(), 1u);
+        EXPECT_EQ(boxes[0].title, "DTC ERROR");
+        EXPECT_NE(boxes[0].text.find(kDtcFileName), std::string::npos) << boxes[0].text;
+        EXPECT_EQ(program.screen.StatusBar1.text(4), "0 DTC LOADED");
+        EXPECT_TRUE(program.session.LinkDown);
+    }
 }
 
 TEST(DtcLookup, IgnoresTheLetterAndRejectsWhatIsNoTableNumber)
