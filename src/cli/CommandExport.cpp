@@ -6,7 +6,6 @@
 
 #include <QCommandLineParser>
 #include <cstdio>
-#include <fstream>
 
 namespace {
 
@@ -40,21 +39,11 @@ int RunExport(const QStringList& args)
             csvPath.chop(4);
         csvPath += ".csv";
     }
-    std::ofstream out(csvPath.toStdString(), std::ios::binary | std::ios::trunc);
-    if (!out) {
-        std::fprintf(stderr, "kvx export: cannot write %s\n", qPrintable(csvPath));
-        return 1;
-    }
     kvx::log::ExportResult result;
     try {
-        result = kvx::log::ExportCsv(logPath.toStdString(), liveDecoding(), out);
+        result = kvx::log::ExportCsvFile(logPath.toStdString(), liveDecoding(), csvPath.toStdString());
     } catch (const kvx::log::LogError& e) {
         std::fprintf(stderr, "kvx export: %s\n", e.what());
-        return 1;
-    }
-    out.close();
-    if (!out) {
-        std::fprintf(stderr, "kvx export: writing %s failed\n", qPrintable(csvPath));
         return 1;
     }
     std::printf("%ld frames written to %s\n", result.frames, qPrintable(csvPath));

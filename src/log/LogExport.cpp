@@ -9,7 +9,10 @@
 #include "log/LogHeader.h"
 #include "session/Session.h"
 
+#include <QSaveFile>
+#include <filesystem>
 #include <functional>
+#include <sstream>
 #include <vector>
 
 namespace kvx::log {
@@ -111,6 +114,21 @@ ExportResult ExportCsv(const std::string& logPath, const LiveDecoding& decoding,
     } catch (const LogError& e) {
         result.damage = e.what();
     }
+    return result;
+}
+
+ExportResult ExportCsvFile(const std::string& logPath, const LiveDecoding& decoding, const std::string& csvPath)
+{
+    std::error_code ignored;
+    if (std::filesystem::equivalent(logPath, csvPath, ignored))
+        throw LogError("The CSV file " + csvPath + " is the log itself; choose another name for it.");
+    std::ostringstream text;
+    const ExportResult result = ExportCsv(logPath, decoding, text);
+    const std::string csv = std::move(text).str();
+    const auto size = static_cast<qint64>(csv.size());
+    QSaveFile out(QString::fromStdString(csvPath));
+    if (!out.open(QIODevice::WriteOnly) || out.write(csv.data(), size) != size || !out.commit())
+        throw LogError("Cannot write " + csvPath + ": " + out.errorString().toStdString());
     return result;
 }
 

@@ -22,4 +22,10 @@ struct ExportResult {
 // cannot be read or is not a log the player shows.
 ExportResult ExportCsv(const std::string& logPath, const LiveDecoding& decoding, std::ostream& out);
 
+// The same export into the file csvPath, which appears only once complete (written beside it
+// under another name, then renamed into place): a refused or failed export leaves whatever stood
+// there. An output that is the log itself, by any path or link, is refused. Throws LogError for a
+// refusal or a failed write, with nothing written.
+ExportResult ExportCsvFile(const std::string& logPath, const LiveDecoding& decoding, const std::string& csvPath);
+
 } // namespace kvx::log

@@ -18,7 +18,6 @@
 #include <QStyle>
 #include <QToolButton>
 #include <QVBoxLayout>
-#include <fstream>
 
 namespace kvx::log {
 
@@ -177,17 +176,9 @@ void frmLogController::exportCsv()
     const QString target = chooseExport_();
     if (target.isEmpty())
         return;
-    std::ofstream out(target.toStdString(), std::ios::binary | std::ios::trunc);
-    if (!out) {
-        QMessageBox::warning(this, "Export CSV", "Cannot write " + target + ".");
-        return;
-    }
     try {
-        const ExportResult result = ExportCsv(controller_.path(), decoding_, out);
-        out.close();
-        if (!out)
-            QMessageBox::warning(this, "Export CSV", "Writing " + target + " failed.");
-        else if (!result.damage.empty())
+        const ExportResult result = ExportCsvFile(controller_.path(), decoding_, target.toStdString());
+        if (!result.damage.empty())
             QMessageBox::warning(this, "Export CSV",
                                  QString("%1 frames exported; the rest could not be read: %2")
                                      .arg(result.frames)

@@ -82,6 +82,48 @@ TEST(Export, OtherLogsAreRefusedAndADamagedOneKeepsItsGoodRows)
     EXPECT_NE(result.damage.find("truncated"), std::string::npos);
 }
 
+struct ExportRun {
+    int code;
+    QString err;
+};
+
+ExportRun kvxExport(const QStringList& args)
+{
+    QProcess kvx;
+    kvx.start(KVX_BIN_DIR "/kvx", QStringList{"export"} + args);
+    EXPECT_TRUE(kvx.waitForFinished(10000));
+    return {kvx.exitCode(), kvx.readAllStandardError()};
+}
+
+// The output named as the log itself, also by another path or a link, is refused before anything
+// is written; a refused export leaves no file and what stood under the name before.
+TEST(Export, TheLogIsNeverItsOwnOutputAndARefusalWritesNothing)
+{
+    test::LogRig rig;
+    const std::string log = rig.file("Log/a.log");
+    test::writeLog(log, kGenericHeader, "3", {liveFrame("0D", "01")});
+    const QByteArray bytes = test::readAll(log);
+    ASSERT_TRUE(QFile::link(QString::fromStdString(log), QString::fromStdString(rig.file("link.csv"))));
+    for (const std::string& same : {log, rig.file("Log/../Log/a.log"), rig.file("link.csv")}) {
+        const ExportRun run = kvxExport({QString::fromStdString(log), "-o", QString::fromStdString(same)});
+        EXPECT_EQ(run.code, 1) << same;
+        EXPECT_TRUE(run.err.contains("is the log itself")) << run.err.toStdString();
+        EXPECT_EQ(test::readAll(log), bytes) << same;
+    }
+
+    const std::string gearbox = rig.file("Log/n.log");
+    test::writeLog(gearbox, kNissanTcuHeader, "3", {"0562110004"});
+    EXPECT_EQ(kvxExport({QString::fromStdString(gearbox)}).code, 1);
+    EXPECT_FALSE(QFile::exists(QString::fromStdString(rig.file("Log/n.csv"))));
+    test::writeAll(rig.file("kept.csv"), "kept");
+    EXPECT_EQ(kvxExport({QString::fromStdString(gearbox), "-o", QString::fromStdString(rig.file("kept.csv"))}).code, 1);
+    EXPECT_EQ(test::readAll(rig.file("kept.csv")), "kept");
+
+    EXPECT_EQ(kvxExport({QString::fromStdString(log), "-o", QString::fromStdString(rig.file("kept.csv"))}).code, 0);
+    EXPECT_TRUE(test::readAll(rig.file("kept.csv")).startsWith("Frame,PID,"));
+    EXPECT_EQ(QDir(rig.dir.path()).entryList(QDir::Files).size(), 2) << "no temporary file is left behind";
+}
+
 TEST(Export, LogInfoReportsTheFixedRecordsAndTheFramesPresent)
 {
     test::LogRig rig;

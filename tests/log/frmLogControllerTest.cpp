@@ -6,8 +6,10 @@
 
 #include <QApplication>
 #include <QLabel>
+#include <QMessageBox>
 #include <QPushButton>
 #include <QSlider>
+#include <QTimer>
 #include <QToolButton>
 #include <gtest/gtest.h>
 
@@ -125,6 +127,26 @@ TEST(LogControllerWindow, ExportsTheOpenLogAsCsv)
                                                    "1,0C,PID 0C,11AF8,21AF8\r\n"
                                                    "2,0D,PID 0D,13200,23200\r\n"
                                                    "3,0C,PID 0C,11B00,21B00\r\n"));
+}
+
+TEST(LogControllerWindow, ExportOntoTheLogItselfIsRefusedAndTheLogKept)
+{
+    app();
+    Window w;
+    const std::string log = w.rig.file("Log/a.log");
+    const QByteArray bytes = test::readAll(log);
+    w.find<QToolButton>("imgOpen")->click();
+    w.csvPath = w.rig.file("Log/../Log/a.log");
+    QString shown;
+    QTimer::singleShot(0, [&] {
+        if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
+            shown = box->text();
+            box->close();
+        }
+    });
+    w.find<QPushButton>("cmdExportCsv")->click();
+    EXPECT_TRUE(shown.contains("is the log itself")) << shown.toStdString();
+    EXPECT_EQ(test::readAll(log), bytes);
 }
 
 } // namespace
