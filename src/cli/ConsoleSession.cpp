@@ -16,6 +16,10 @@ namespace kvx::cli {
 
 namespace {
 
+// The settings' port numbers that name serial devices.
+constexpr int kFirstSerialPort = 1;
+constexpr int kLastSerialPort = 16;
+
 CommSettings storedSettings()
 {
     CommSettings settings;
@@ -45,7 +49,7 @@ void AddConnectionOptions(QCommandLineParser& parser)
 {
     const CommSettings stored = storedSettings();
     QString port = portArgument(stored.PortNumber);
-    if (stored.PortNumber >= 1 && stored.PortNumber <= 16)
+    if (stored.PortNumber >= kFirstSerialPort && stored.PortNumber <= kLastSerialPort)
         port += QStringLiteral(", ") + QString::fromStdString(link::serialDeviceForPort(stored.PortNumber));
     parser.addOption({"port",
                       WithDefault("sim (the virtual vehicle), a serial port number 1-16 or a device path.",
