@@ -15,11 +15,15 @@ struct MainActions {
     std::function<void()> Disconnect;
     // Before the selection window opens: keep-alive timers off, silence count zeroed.
     std::function<void()> PrepareConnect;
+    // The settings dialog has closed (its port may have changed).
+    std::function<void()> SettingsClosed;
 
     std::function<void()> Go;
     std::function<void()> RequestMode1;
     std::function<void()> Stop;
     std::function<void(int row, int col)> GridMode1Click;
+    std::function<void()> GridMode1HeaderClick;
+    std::function<void(bool ticked)> TickAllRows;
     std::function<void()> KeepAliveTick;
     std::function<void()> KeepAliveEnhanceTick;
 

@@ -1,4 +1,5 @@
 #include "app/SessionActions.h"
+#include "app/StartUp.h"
 
 #include "enhanced/Modules.h"
 #include "enhanced/NissanKeepAlive.h"
@@ -14,6 +15,7 @@
 #include "obd/LiveData.h"
 #include "obd/MonitorTests.h"
 #include "obd/O2SensorTests.h"
+#include "obd/Readings.h"
 #include "obd/TroubleCodes.h"
 #include "session/MainScreen.h"
 #include "session/Session.h"
@@ -22,6 +24,7 @@
 #include <QCoreApplication>
 #include <QDateTime>
 #include <memory>
+#include <utility>
 
 namespace kvx::app {
 
@@ -39,6 +42,30 @@ private:
     bool& flag_;
 };
 
+// While a loop polls, a click on its START or on GO could only be dropped; the two are shown
+// off for as long, and back on afterwards while the session stands.
+class LoopControls {
+public:
+    LoopControls(MainScreen& screen, const Session& session, const char* start)
+        : start_(screen.control(start)), go_(screen.control("cmdGo")), session_(session)
+    {
+        start_.setEnabled(false);
+        go_.setEnabled(false);
+    }
+    ~LoopControls()
+    {
+        start_.setEnabled(!session_.LinkDown);
+        go_.setEnabled(true);
+    }
+    LoopControls(const LoopControls&) = delete;
+    LoopControls& operator=(const LoopControls&) = delete;
+
+private:
+    ControlState& start_;
+    ControlState& go_;
+    const Session& session_;
+};
+
 } // namespace
 
 MainActions BindSessionActions(Session& s, const std::string& programFolder)
@@ -46,24 +73,39 @@ MainActions BindSessionActions(Session& s, const std::string& programFolder)
     // One command at a time: a click that arrives while another command lets events run (a
     // double click, a button on another tab) is dropped rather than run inside it, where its
     // requests would fall between the first command's and its text would mix with the first's.
+    // A Disconnect asked for meanwhile ends the command's loop and runs when the command has
+    // ended, so no reply still on its way is shown after the screen was cleared.
     auto running = std::make_shared<bool>(false);
-    auto guarded = [&s, running](std::function<void()> f) {
-        return [&s, running, f = std::move(f)] {
+    auto disconnectAfter = std::make_shared<bool>(false);
+    auto disconnect = [&s] {
+        obd::RunCommand(s, [&] {
+            obd::Disconnect(s);
+            ShowPortInForce(s);
+        });
+    };
+    auto guarded = [&s, running, disconnectAfter, disconnect](std::function<void()> f) {
+        return [&s, running, disconnectAfter, disconnect, f = std::move(f)] {
             if (*running)
                 return;
-            const Running mark(*running);
-            obd::RunCommand(s, f);
+            {
+                const Running mark(*running);
+                obd::RunCommand(s, f);
+            }
+            if (std::exchange(*disconnectAfter, false))
+                disconnect();
         };
     };
     // Every other control reports its faults the same way.
     auto reported = [&s](std::function<void()> f) { return [&s, f = std::move(f)] { obd::RunCommand(s, f); }; };
-    // The link calls back during its long waits (P3, wake-up) so the window repaints and its
-    // timers run; clicks wait for the poller's own pauses, and a keep-alive tick that falls into
-    // such a wait is skipped, as the link is in the middle of a request.
+    // The link calls back during its long waits (P3, wake-up), never inside a request, so the
+    // window repaints and its timers run. While a loop polls, clicks are taken there too, so STOP
+    // or a combo list answers within a wait slice rather than after a whole request; during a
+    // one-off command they wait for its end, when the command they start can run. A keep-alive
+    // tick that falls into such a wait is skipped, as the link is in the middle of a request.
     auto waiting = std::make_shared<bool>(false);
-    s.link.setIdleHook([waiting] {
+    s.link.setIdleHook([&s, waiting] {
         *waiting = true;
-        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+        QCoreApplication::processEvents(s.Busy ? QEventLoop::AllEvents : QEventLoop::ExcludeUserInputEvents);
         *waiting = false;
     });
 
@@ -76,18 +118,40 @@ MainActions BindSessionActions(Session& s, const std::string& programFolder)
     };
     a.ConnectModule = [&s](int module) {
         bool connected = false;
-        obd::RunCommand(s, [&] { connected = enhanced::ConnectModule(s, module); });
+        obd::RunCommand(s, [&] {
+            // Nothing of an earlier unit or module may pass for a reading of this one.
+            obd::ClearReadings(s);
+            ShowPortInForce(s);
+            connected = enhanced::ConnectModule(s, module);
+        });
         return connected;
     };
-    a.Disconnect = reported([&s] { obd::Disconnect(s); });
+    a.Disconnect = [&s, running, disconnectAfter, disconnect] {
+        if (*running) {
+            s.Busy = false;
+            *disconnectAfter = true;
+            return;
+        }
+        disconnect();
+    };
+    // A session runs on the port it was opened with; a change in the dialog counts from the next.
+    a.SettingsClosed = [&s] {
+        if (s.LinkDown)
+            ShowPortInForce(s);
+    };
     a.Go = guarded([&s] {
         s.screen.StatusBar1.setText(1, "STOP QUERYING");
         s.SilenceCount = 0;
         obd::RediscoverSupportedPids(s);
     });
-    a.RequestMode1 = guarded([&s] { enhanced::StartModuleLiveData(s); });
+    a.RequestMode1 = guarded([&s] {
+        const LoopControls controls(s.screen, s, "cmdRequestMode1");
+        enhanced::StartModuleLiveData(s);
+    });
     a.Stop = reported([&s] { obd::StopLiveData(s); });
     a.GridMode1Click = [&s](int row, int) { obd::RunCommand(s, [&] { obd::ToggleLiveDataRow(s, row); }); };
+    a.GridMode1HeaderClick = reported([&s] { obd::ToggleAllLiveDataRows(s); });
+    a.TickAllRows = [&s](bool ticked) { obd::RunCommand(s, [&] { obd::TickAllLiveDataRows(s, ticked); }); };
     a.KeepAliveTick = guarded([&s, waiting] {
         if (!*waiting)
             obd::KeepAliveTick(s);
@@ -98,7 +162,10 @@ MainActions BindSessionActions(Session& s, const std::string& programFolder)
     });
     a.ModeOnce = [&s, guarded](int index) { guarded([&s, index] { obd::ClickModeOnce(s, index); })(); };
     a.ReadVin = guarded([&s] { obd::ReadVehicleId(s); });
-    a.RequestLiveCombo = guarded([&s] { enhanced::StartModuleLiveCombo(s); });
+    a.RequestLiveCombo = guarded([&s] {
+        const LoopControls controls(s.screen, s, "cmdRequestLiveCombo");
+        enhanced::StartModuleLiveCombo(s);
+    });
     a.StopLiveCombo = reported([&s] { obd::StopLiveCombo(s); });
     a.RequestMode2 = guarded([&s] { obd::RequestFreezeFrame(s); });
     a.Mode3 = guarded([&s] { obd::RequestStoredCodes(s); });
@@ -106,8 +173,13 @@ MainActions BindSessionActions(Session& s, const std::string& programFolder)
     a.Mode4 = guarded([&s] { obd::RequestClearCodes(s); });
     a.RequestMode5 = guarded([&s] { obd::RequestO2SensorTests(s); });
     a.RequestMode6 = guarded([&s] { obd::RequestMonitorTests(s); });
-    // A failed start has told the user why; the box stays ticked as they left it.
+    // A failed start has told the user why; the box stays ticked as they left it. Without a
+    // session there is nothing to record, and no empty file is made.
     a.LogToggled = [&s, programFolder](bool on) {
+        if (on && s.LinkDown) {
+            s.screen.control("chkLog").setChecked(false);
+            return;
+        }
         obd::RunCommand(s, [&] {
             s.screen.control("chkLog").setChecked(on);
             if (on)

@@ -4,7 +4,7 @@
 #include "data/GridLayouts.h"
 #include "data/TabLayout.h"
 #include "data/VehicleLists.h"
-#include "obd/Connection.h"
+#include "obd/Disconnect.h"
 #include "obd/O2SensorList.h"
 #include "session/MainScreen.h"
 #include "session/Session.h"
@@ -22,16 +22,25 @@ void StartSession(Session& session, bool virtualVehicle, const std::string& prog
     screen.cmbFrame.setCurrentIndex(0);
     obd::FillO2SensorList(session);
     settings::LoadCommSettings(session);
-    if (virtualVehicle)
+    if (virtualVehicle) {
+        session.StorePortNumber = session.settings.PortNumber;
         session.settings.PortNumber = kVirtualVehiclePort;
+    }
     data::LayoutLiveDataGrid(screen);
     data::LayoutO2SensorGrid(screen);
     data::LayoutMonitorTestGrid(screen);
     data::BuildTabs(screen, data::ModuleTabs(ModuleGeneric));
-    obd::SetToolbarConnected(session, false);
+    obd::Disconnect(session);
+    ShowPortInForce(session);
     // A missing or damaged file has shown its box by now; the count says how far it got.
     const int count = data::LoadDtcDescriptions(programFolder, session.DtcDescriptions, session.shell);
     screen.StatusBar1.setText(4, data::DtcLoadedText(count));
+}
+
+void ShowPortInForce(Session& session)
+{
+    const bool simulated = session.settings.PortNumber == kVirtualVehiclePort;
+    session.screen.lblVirtualVehicle.setText(simulated ? kVirtualVehicleText : "");
 }
 
 } // namespace kvx::app

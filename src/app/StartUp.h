@@ -14,4 +14,10 @@ namespace kvx::app {
 // virtualVehicle the port is the virtual vehicle for this run only (nothing is saved).
 void StartSession(Session& session, bool virtualVehicle, const std::string& programFolder);
 
+inline constexpr const char* kVirtualVehicleText = "VIRTUAL VEHICLE";
+
+// Labels the window when the port in force is the virtual vehicle, so a simulated car is never
+// taken for a real one. Run whenever the port may have changed while no session stands.
+void ShowPortInForce(Session& session);
+
 } // namespace kvx::app

@@ -3,8 +3,12 @@
 
 #include "ui/Bindings.h"
 
+#include <algorithm>
+
 #include <QAction>
 #include <QCloseEvent>
+#include <QScreen>
+#include <QLabel>
 #include <QStatusBar>
 #include <QTabBar>
 #include <QTimer>
@@ -12,11 +16,21 @@
 
 namespace kvx::app {
 
+namespace {
+const QString kTitle = QStringLiteral("Korvenatronix OBD-II");
+}
+
 frmMain::frmMain(MainScreen& screen, MainActions actions, QWidget* parent)
     : QWidget(parent), screen_(screen), actions_(std::move(actions))
 {
     setObjectName(QStringLiteral("frmMain"));
-    setWindowTitle(QStringLiteral("Korvenatronix OBD-II"));
+    // A simulated car is named in the title, where the eye is, as well as in the status bar.
+    auto title = [this] {
+        const std::string& banner = screen_.lblVirtualVehicle.text();
+        setWindowTitle(banner.empty() ? kTitle : kTitle + QStringLiteral(" - ") + QString::fromStdString(banner));
+    };
+    title();
+    connect(&screen_.lblVirtualVehicle, &TextModel::changed, this, title);
     resize(kMainWidth, kMainHeight);
 
     toolbar_ = new QToolBar(this);
@@ -54,6 +68,18 @@ frmMain::frmMain(MainScreen& screen, MainActions actions, QWidget* parent)
     status_->setGeometry(0, kMainHeight - 28, kMainWidth, 28);
     tag(status_, "ZQXRESIZEYYYXY");
     ui::bindStatusBar(screen_.StatusBar1, status_);
+    auto* simulated = new QLabel(status_);
+    simulated->setObjectName(QStringLiteral("lblVirtualVehicle"));
+    simulated->setAlignment(Qt::AlignCenter);
+    simulated->setStyleSheet(QStringLiteral("QLabel { background: #f0c000; color: black; font-weight: bold; "
+                                            "padding: 0 8px; }"));
+    status_->insertWidget(0, simulated);
+    auto showSimulated = [this, simulated] {
+        simulated->setText(QString::fromStdString(screen_.lblVirtualVehicle.text()));
+        simulated->setVisible(!screen_.lblVirtualVehicle.text().empty());
+    };
+    showSimulated();
+    connect(&screen_.lblVirtualVehicle, &TextModel::changed, simulated, showSimulated);
 
     tmrKeepAlive_ = new QTimer(this);
     tmrKeepAlive_->setObjectName(QStringLiteral("tmrKeepAlive"));
@@ -135,6 +161,8 @@ void frmMain::toolbarClick(const QString& key)
         showLogController();
     } else if (key == QLatin1String("Setting")) {
         emit settingRequested();
+        if (actions_.SettingsClosed)
+            actions_.SettingsClosed();
     } else if (key == QLatin1String("About")) {
         emit aboutRequested();
     } else if (key == QLatin1String("Exit")) {
@@ -156,10 +184,48 @@ void frmMain::showLogController()
     if (!logController_) {
         logController_ = makeLogController_(this);
         logController_->setAttribute(Qt::WA_DeleteOnClose);
+        logController_->installEventFilter(this);
+        placeLogController();
     }
     logController_->show();
     logController_->raise();
     logController_->activateWindow();
+}
+
+// The player stays on top, so it must not hide the status bar, where the replay shows its state
+// and the close check its refusal: it goes where the user last put it, else beside this window,
+// else over the top of it with its lower edge above the status bar.
+void frmMain::placeLogController()
+{
+    QWidget* player = logController_;
+    player->adjustSize();
+    const QRect avail = screen()->availableGeometry();
+    if (playerPos_ && avail.contains(QRect(*playerPos_, player->size()))) {
+        player->move(*playerPos_);
+        return;
+    }
+    const QRect main = frameGeometry();
+    const QSize frame = main.size() - geometry().size();
+    const QSize size = player->size() + frame;
+    constexpr int gap = 8;
+    for (const QPoint& at : {QPoint(main.right() + 1 + gap, main.top()), QPoint(main.left() - gap - size.width(), main.top()),
+                             QPoint(main.left(), main.bottom() + 1 + gap)}) {
+        if (avail.contains(QRect(at, size))) {
+            player->move(at);
+            return;
+        }
+    }
+    const int statusTop = status_->mapToGlobal(QPoint(0, 0)).y();
+    const int x = std::clamp(main.right() - size.width() - gap, avail.left(), std::max(avail.left(), avail.right() - size.width()));
+    const int y = std::clamp(statusTop - gap - size.height(), avail.top(), std::max(avail.top(), avail.bottom() - size.height()));
+    player->move(x, y);
+}
+
+bool frmMain::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched == logController_ && (event->type() == QEvent::Move || event->type() == QEvent::Close))
+        playerPos_ = logController_->pos();
+    return liveGridKey(watched, event) || QWidget::eventFilter(watched, event);
 }
 
 void frmMain::closeEvent(QCloseEvent* event)

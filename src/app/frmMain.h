@@ -4,12 +4,15 @@
 #include "session/MainScreen.h"
 #include "ui/ControlResizer.h"
 
+#include <QPoint>
 #include <QPointer>
 #include <QWidget>
 #include <array>
 #include <functional>
+#include <optional>
 
 class QLabel;
+class QModelIndex;
 class QPushButton;
 class QSlider;
 class QStatusBar;
@@ -35,10 +38,12 @@ public:
 
 signals:
     void connectRequested();
+    // Opens the settings dialog and returns when it has closed.
     void settingRequested();
     void aboutRequested();
 
 protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
 
@@ -47,6 +52,9 @@ private:
     QPushButton* addButton(QWidget* parent, const QString& name, const QString& caption, QRect geometry,
                            const std::function<void()>& action);
     void buildFrames();
+    void clickLiveRow(const QModelIndex& index);
+    bool liveGridKey(QObject* watched, QEvent* event);
+    void placeLogController();
     void buildBottomRow();
     void showTabs();
     void showSelectedPanel();
@@ -67,6 +75,7 @@ private:
     QTimer* tmrTracker_ = nullptr;
     std::function<QWidget*(QWidget*)> makeLogController_;
     QPointer<QWidget> logController_;
+    std::optional<QPoint> playerPos_;
 };
 
 } // namespace kvx::app

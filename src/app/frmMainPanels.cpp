@@ -4,10 +4,14 @@
 
 #include "data/VehicleLists.h"
 #include "ui/Bindings.h"
+#include "ui/GridTableModel.h"
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QAction>
 #include <QFrame>
+#include <QHeaderView>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
 #include <QSlider>
@@ -43,6 +47,23 @@ static std::function<void()> whenOpen(const MainActions& a, const std::function<
     };
 }
 
+void frmMain::clickLiveRow(const QModelIndex& index)
+{
+    if (index.isValid() && actions_.GridMode1Click)
+        actions_.GridMode1Click(ui::GridTableModel::gridRow(index.row()), index.column());
+}
+
+// Space on the live grid's current row does what a click on it does.
+bool frmMain::liveGridKey(QObject* watched, QEvent* event)
+{
+    auto* grid = qobject_cast<QTableView*>(watched);
+    if (!grid || grid->objectName() != QLatin1String("GridMode1") || event->type() != QEvent::KeyPress ||
+        static_cast<QKeyEvent*>(event)->key() != Qt::Key_Space)
+        return false;
+    clickLiveRow(grid->currentIndex());
+    return true;
+}
+
 QWidget* frmMain::buildFrame(int number)
 {
     auto* frame = new QFrame(this);
@@ -70,10 +91,23 @@ void frmMain::buildFrames()
     grid1->setColumnWidth(1, 50);
     grid1->setColumnWidth(2, 330);
     grid1->setColumnWidth(3, 230);
-    connect(grid1, &QTableView::clicked, this, [this](const QModelIndex& index) {
-        if (actions_.GridMode1Click)
-            actions_.GridMode1Click(index.row(), index.column());
+    connect(grid1, &QTableView::clicked, this, [this](const QModelIndex& index) { clickLiveRow(index); });
+    grid1->installEventFilter(this);
+    // Ticking rows one by one to keep a few is tedious: the heading ticks or unticks them all.
+    connect(grid1->horizontalHeader(), &QHeaderView::sectionClicked, this, [this] {
+        if (actions_.GridMode1HeaderClick)
+            actions_.GridMode1HeaderClick();
     });
+    grid1->setContextMenuPolicy(Qt::ActionsContextMenu);
+    for (const auto& [caption, ticked] : {std::pair{"Tick all rows", true}, std::pair{"Untick all rows", false}}) {
+        auto* action = new QAction(tr(caption), grid1);
+        action->setObjectName(ticked ? QStringLiteral("actTickAll") : QStringLiteral("actUntickAll"));
+        connect(action, &QAction::triggered, this, [this, ticked = ticked] {
+            if (actions_.TickAllRows)
+                actions_.TickAllRows(ticked);
+        });
+        grid1->addAction(action);
+    }
     addButton(f1, "cmdRequestMode1", tr("START"), QRect(8, rowY, 110, 30), whenOpen(a, a.RequestMode1));
     addButton(f1, "cmdStop", tr("STOP"), QRect(126, rowY, 110, 30), a.Stop);
 

@@ -7,6 +7,7 @@
 
 #include <QComboBox>
 #include <QFontDatabase>
+#include <QFontInfo>
 #include <QHeaderView>
 #include <QLabel>
 #include <QTableView>
@@ -22,8 +23,11 @@ QTableView* makeGrid(QWidget* parent, const char* name, GridModel& model, QRect 
     view->setObjectName(QString::fromLatin1(name));
     view->setModel(new ui::GridTableModel(model, view));
     view->setItemDelegate(new ui::MarkerDelegate(view));
-    view->horizontalHeader()->hide();
     view->verticalHeader()->hide();
+    view->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    view->horizontalHeader()->setHighlightSections(false);
+    // A new set of rows (another session or module) starts at the top, not where the last one was.
+    QObject::connect(view->model(), &QAbstractItemModel::modelReset, view, &QTableView::scrollToTop);
     view->verticalHeader()->setDefaultSectionSize(22);
     view->horizontalHeader()->setStretchLastSection(true);
     view->setSelectionMode(QAbstractItemView::NoSelection);
@@ -59,7 +63,21 @@ QComboBox* makeCombo(QWidget* parent, const QString& name, ListModel& model, QRe
 QFont fixedPitch()
 {
     QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    font.setStyleHint(QFont::TypeWriter);
+    font.setFixedPitch(true);
     font.setPointSize(10);
+    if (QFontInfo(font).fixedPitch())
+        return font;
+    // The system's fixed font is only a name ("monospace") that some font set-ups give to a
+    // proportional face, and the hints do not overrule that: take a face that is fixed-pitch.
+    for (const QString& family : QFontDatabase::families()) {
+        if (!QFontDatabase::isFixedPitch(family))
+            continue;
+        QFont candidate = font;
+        candidate.setFamilies({family});
+        if (QFontInfo(candidate).fixedPitch())
+            return candidate;
+    }
     return font;
 }
 

@@ -13,6 +13,7 @@
 #include "settings/SettingsEditor.h"
 #include "settings/SettingsStore.h"
 #include "settings/frmSetting.h"
+#include "ui/DarkPalette.h"
 #include "ui/QtShell.h"
 
 #include <QApplication>
@@ -170,9 +171,15 @@ int main(int argc, char** argv)
                                             QStringLiteral("Use the virtual vehicle as the port for this run."));
     QCommandLineOption screenshots(QStringLiteral("screenshots"), {}, QStringLiteral("folder"));
     screenshots.setFlags(QCommandLineOption::HiddenFromHelp);
+    // The screenshots are taken with a dark theme too, to see that every window stays readable.
+    QCommandLineOption dark(QStringLiteral("dark-palette"));
+    dark.setFlags(QCommandLineOption::HiddenFromHelp);
     parser.addOption(virtualVehicle);
     parser.addOption(screenshots);
+    parser.addOption(dark);
     parser.process(application);
+    if (parser.isSet(dark))
+        QApplication::setPalette(ui::DarkPalette());
 
     // The window's session and link first; the rest of the load follows in StartSession.
     const std::string programFolder = QCoreApplication::applicationDirPath().toStdString();

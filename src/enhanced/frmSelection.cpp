@@ -50,6 +50,7 @@ void frmSelection::Command1_Click(int index)
         accept();
         return;
     }
+    lastTried_ = index;
     data::BuildTabs(screen_, data::ModuleTabs(index));
     // A second click while the first attempt pumps events would start a second connection.
     enableButtons(false);
@@ -60,6 +61,15 @@ void frmSelection::Command1_Click(int index)
         return;
     }
     data::ClearTabs(screen_);
+}
+
+void frmSelection::reject()
+{
+    // Closed without a connection after a failed try: the main window gets the tabs and panels of
+    // the module last tried back, rather than staying blank.
+    if (lastTried_ >= 0 && screen_.TabStrip1.tabs().empty())
+        data::BuildTabs(screen_, data::ModuleTabs(lastTried_));
+    QDialog::reject();
 }
 
 } // namespace kvx::enhanced

@@ -13,7 +13,8 @@ class MainScreen;
 namespace kvx::enhanced {
 
 // The module choice: Command1(0..3). A button rebuilds the main window's tabs for its module and
-// runs the module's connection; success closes the window, failure leaves it open for another try.
+// runs the module's connection; success closes the window, failure leaves it open for another try
+// with no tabs behind it.
 class frmSelection : public QDialog {
     Q_OBJECT
 public:
@@ -22,6 +23,7 @@ public:
 
     frmSelection(MainScreen& screen, ConnectModule connect, QWidget* parent = nullptr);
     void Command1_Click(int index);
+    void reject() override;
 
 private:
     void enableButtons(bool on);
@@ -29,6 +31,7 @@ private:
     MainScreen& screen_;
     ConnectModule connect_;
     std::array<QPushButton*, 4> buttons_{};
+    int lastTried_ = -1;
 };
 
 } // namespace kvx::enhanced

@@ -148,8 +148,8 @@ void SetToolbarConnected(Session& session, bool connected)
     screen.control("Disconnect").setEnabled(connected);
     // A manufacturer session holds its settings for as long as it stands.
     screen.control("Setting").setEnabled(!connected || session.ModuleIndex == ModuleGeneric);
-    for (const char* start : {"cmdRequestMode1", "cmdRequestLiveCombo"})
-        screen.control(start).setEnabled(connected);
+    for (const char* startOrStop : {"cmdRequestMode1", "cmdStop", "cmdRequestLiveCombo", "cmdStopLiveCombo"})
+        screen.control(startOrStop).setEnabled(connected);
     // The diagnostic services speak only to a unit opened by the generic module.
     const bool generic = connected && session.ModuleIndex == ModuleGeneric;
     for (const char* service : {"cmdRequestMode2", "cmdMode3", "cmdMode7", "cmdMode4", "cmdRequestMode5",

@@ -3,6 +3,7 @@
 #include "link/LinkSession.h"
 #include "log/Recorder.h"
 #include "obd/Connection.h"
+#include "obd/Readings.h"
 #include "session/MainScreen.h"
 #include "session/Session.h"
 #include "settings/SettingsStore.h"
@@ -35,6 +36,7 @@ void Disconnect(Session& session)
         session.settings.ProtocolNumber = link::TryAll;
 
     SetToolbarConnected(session, false);
+    ClearReadings(session);
     screen.StatusBar1.setText(1, "");
     screen.StatusBar1.setLamp(3, Lamp::Black);
 }

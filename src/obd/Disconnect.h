@@ -11,7 +11,8 @@ inline constexpr const char* kStopPlayingLog = "STOP PLAYING LOG";
 
 // Ends the session: a running recording finished, session-only controls off, keep-alive timers
 // stopped, counters cleared, the port closed, "Try All" restored, the toolbar back in its
-// not-connected state. Safe to run twice.
+// not-connected state, the unit's readings off the screen. Safe to run twice; start-up runs it
+// too, so the window starts in the state a Disconnect leaves.
 void Disconnect(Session& session);
 
 // The main window's close check. Refuses (false, with the reason in the status bar) while a log

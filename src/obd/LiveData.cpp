@@ -52,6 +52,16 @@ void showReply(Session& session, int row, const std::string& reply)
     }
 }
 
+// Unticking a row blanks its values: a value nobody polls any more is not shown as current.
+void tickRow(GridModel& grid, int row, bool ticked)
+{
+    grid.setCell(row, MarkerColumn, MarkerCell(ticked ? kTickedMarker : kEmptyMarker));
+    if (!ticked) {
+        grid.setText(row, ValueColumn, "");
+        grid.setText(row, AltValueColumn, "");
+    }
+}
+
 } // namespace
 
 void StartLiveData(Session& session)
@@ -86,13 +96,29 @@ void ToggleLiveDataRow(Session& session, int row)
     GridModel& grid = session.screen.GridMode1;
     if (session.Busy || row < 1 || row >= grid.rows())
         return;
-    if (grid.text(row, MarkerColumn) == kTickedMarker) {
-        grid.setCell(row, MarkerColumn, MarkerCell(kEmptyMarker));
-        grid.setText(row, ValueColumn, "");
-        grid.setText(row, AltValueColumn, "");
-    } else if (grid.text(row, MarkerColumn) == kEmptyMarker) {
-        grid.setCell(row, MarkerColumn, MarkerCell(kTickedMarker));
-    }
+    if (grid.text(row, MarkerColumn) == kTickedMarker)
+        tickRow(grid, row, false);
+    else if (grid.text(row, MarkerColumn) == kEmptyMarker)
+        tickRow(grid, row, true);
+}
+
+void TickAllLiveDataRows(Session& session, bool ticked)
+{
+    GridModel& grid = session.screen.GridMode1;
+    if (session.Busy)
+        return;
+    for (int row = 1; row < grid.rows(); ++row)
+        if (grid.text(row, MarkerColumn) == (ticked ? kEmptyMarker : kTickedMarker))
+            tickRow(grid, row, ticked);
+}
+
+void ToggleAllLiveDataRows(Session& session)
+{
+    const GridModel& grid = session.screen.GridMode1;
+    bool allTicked = true;
+    for (int row = 1; row < grid.rows(); ++row)
+        allTicked = allTicked && grid.text(row, MarkerColumn) != kEmptyMarker;
+    TickAllLiveDataRows(session, !allTicked);
 }
 
 void BuildLiveDataGrid(Session& session)

@@ -41,6 +41,13 @@ void StopLiveData(Session& session);
 // row's values.
 void ToggleLiveDataRow(Session& session, int row);
 
+// Ticks (or unticks, blanking their values) every row of GridMode1 at once, under the same rule
+// as a click on one row: nothing changes while a loop runs.
+void TickAllLiveDataRows(Session& session, bool ticked);
+
+// The heading's click: unticks every row when all are ticked, and ticks them all otherwise.
+void ToggleAllLiveDataRows(Session& session);
+
 // Rebuilds GridMode1 from SupportedPids: one ticked row per supported parameter of service 01
 // (the support bitmaps themselves excepted), described by the link.
 void BuildLiveDataGrid(Session& session);

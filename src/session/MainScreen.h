@@ -31,6 +31,9 @@ public:
     std::array<ListModel, 5> cmbPid;
     std::array<TextModel, 5> lblPid, lblPida;
     TextModel lblSpeed;
+    // "VIRTUAL VEHICLE" while the port in force is the simulator, empty otherwise: the window
+    // shows it in its title and a status panel of its own.
+    TextModel lblVirtualVehicle;
     // The P3 delay slider, as far as the settings dialog lets P3 go.
     SliderModel sldSpeedP3{0, 500};
 

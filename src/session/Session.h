@@ -6,6 +6,7 @@
 
 #include <array>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -32,6 +33,9 @@ struct Session {
     Shell& shell;
 
     CommSettings settings;
+    // A run on the virtual vehicle by the command line keeps the store's own port here: Apply
+    // saves it rather than the simulator, unless the user picks another port in the dialog.
+    std::optional<int> StorePortNumber;
 
     int ModuleIndex = ModuleGeneric;
     bool LinkDown = true;

@@ -110,6 +110,8 @@ void SettingsEditor::choose(ListModel& list, int index)
 {
     list.setCurrentIndex(index);
     cmdApply.setEnabled(true);
+    if (&list == &cmbPort)
+        session_.StorePortNumber.reset();
 }
 
 void SettingsEditor::txtP3_Change()
@@ -176,7 +178,10 @@ bool SettingsEditor::cmdApply_Click()
         }
     }
 
-    SaveCommSettings(s);
+    CommSettings stored = s;
+    if (session_.StorePortNumber)
+        stored.PortNumber = *session_.StorePortNumber;
+    SaveCommSettings(stored);
     cmdApply.setEnabled(false);
     return true;
 }

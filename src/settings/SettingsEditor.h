@@ -35,7 +35,8 @@ public:
     // The user typed into a text field: the text is kept and Apply enabled; txtP3 also caps its
     // value at 500.
     void edit(TextModel& field, const std::string& text);
-    // The user chose a list entry (index into its items): Apply enabled.
+    // The user chose a list entry (index into its items): Apply enabled. A port chosen here is
+    // the one Apply saves, even in a run the command line put on the virtual vehicle.
     void choose(ListModel& list, int index);
 
     // Takes the fields into the settings, pushes them to the link and the main window and saves

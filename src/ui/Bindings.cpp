@@ -88,8 +88,11 @@ void bindRichText(RichTextModel& model, QTextEdit* edit)
         edit->clear();
         QTextCursor cursor(edit->document());
         for (const RichTextModel::Run& run : model.runs()) {
+            // Black is the services' plain text: it takes the palette's text colour, so a dark
+            // theme keeps it readable; other colours are shown as they are.
             QTextCharFormat format;
-            format.setForeground(toQColor(run.color));
+            if (run.color != kBlack)
+                format.setForeground(toQColor(run.color));
             cursor.insertText(QString::fromStdString(run.text), format);
         }
         edit->moveCursor(QTextCursor::End);

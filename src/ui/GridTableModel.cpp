@@ -1,5 +1,7 @@
 #include "ui/GridTableModel.h"
 
+#include "ui/Bindings.h"
+
 #include <QApplication>
 #include <QBrush>
 #include <QColor>
@@ -15,14 +17,16 @@ const std::string kTicked = "\xC3\xBE"; // "þ" in UTF-8
 const std::string kEmpty = "q";
 constexpr int kMarkerRole = Qt::UserRole + 1;
 
-QColor toColor(Rgb rgb) { return QColor((rgb >> 16) & 0xFF, (rgb >> 8) & 0xFF, rgb & 0xFF); }
-
 } // namespace
 
 GridTableModel::GridTableModel(GridModel& grid, QObject* parent) : QAbstractTableModel(parent), grid_(grid)
 {
     connect(&grid_, &GridModel::cellChanged, this, [this](int row, int col) {
-        const QModelIndex i = index(row, col);
+        if (row == 0) {
+            emit headerDataChanged(Qt::Horizontal, col, col);
+            return;
+        }
+        const QModelIndex i = index(tableRow(row), col);
         emit dataChanged(i, i);
     });
     connect(&grid_, &GridModel::shapeChanged, this, [this] {
@@ -31,7 +35,7 @@ GridTableModel::GridTableModel(GridModel& grid, QObject* parent) : QAbstractTabl
     });
 }
 
-int GridTableModel::rowCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : grid_.rows(); }
+int GridTableModel::rowCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : grid_.rows() - 1; }
 int GridTableModel::columnCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : grid_.cols(); }
 
 bool GridTableModel::isMarker(const GridCell& cell)
@@ -41,9 +45,9 @@ bool GridTableModel::isMarker(const GridCell& cell)
 
 QVariant GridTableModel::data(const QModelIndex& index, int role) const
 {
-    if (!index.isValid() || index.row() >= grid_.rows() || index.column() >= grid_.cols())
+    if (!index.isValid() || gridRow(index.row()) >= grid_.rows() || index.column() >= grid_.cols())
         return {};
-    const GridCell& cell = grid_.cell(index.row(), index.column());
+    const GridCell& cell = grid_.cell(gridRow(index.row()), index.column());
     const bool marker = isMarker(cell);
     switch (role) {
     case Qt::DisplayRole:
@@ -54,19 +58,15 @@ QVariant GridTableModel::data(const QModelIndex& index, int role) const
     case kMarkerRole:
         return marker ? QVariant(cell.text == kTicked) : QVariant();
     case Qt::ForegroundRole:
-        return marker || cell.color == kBlack ? QVariant() : QVariant(QBrush(toColor(cell.color)));
+        // Black is the plain text, drawn in the palette's text colour like the rest of the view.
+        return marker || cell.color == kBlack ? QVariant() : QVariant(QBrush(toQColor(cell.color)));
     case Qt::BackgroundRole:
-        if (index.row() == 0)
-            return QBrush(QColor(0xE4, 0xE4, 0xE4));
-        return marker && cell.color != kBlack ? QVariant(QBrush(toColor(cell.color))) : QVariant();
+        return marker && cell.color != kBlack ? QVariant(QBrush(toQColor(cell.color))) : QVariant();
     case Qt::FontRole: {
-        if (index.row() != 0 && cell.fontSize == 0)
+        if (cell.fontSize == 0 || marker)
             return {};
         QFont font;
-        if (index.row() == 0)
-            font.setBold(true);
-        if (cell.fontSize > 0 && !marker)
-            font.setPointSize(cell.fontSize);
+        font.setPointSize(cell.fontSize);
         return font;
     }
     case Qt::TextAlignmentRole:
@@ -74,6 +74,15 @@ QVariant GridTableModel::data(const QModelIndex& index, int role) const
     default:
         return {};
     }
+}
+
+QVariant GridTableModel::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    if (orientation != Qt::Horizontal || section < 0 || section >= grid_.cols())
+        return {};
+    if (role == Qt::DisplayRole)
+        return QString::fromStdString(grid_.text(0, section));
+    return {};
 }
 
 Qt::ItemFlags GridTableModel::flags(const QModelIndex& index) const
@@ -92,6 +101,7 @@ void MarkerDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option
     if (background.canConvert<QBrush>())
         painter->fillRect(option.rect, background.value<QBrush>());
     QStyleOptionButton box;
+    box.palette = option.palette;
     const int side = std::min(option.rect.height(), option.rect.width()) - 6;
     box.rect = QRect(option.rect.center().x() - side / 2, option.rect.center().y() - side / 2, side, side);
     box.state = QStyle::State_Enabled | (ticked.toBool() ? QStyle::State_On : QStyle::State_Off);

@@ -30,9 +30,10 @@ void runFor(test::ProgramWindow& p, const char* start, const char* stop, int pum
     p.shell.onProcessEvents = nullptr;
 }
 
+// Grid row `row` as the window shows it (the heading row is the view's header).
 std::string viewText(const test::ProgramWindow& p, int row, int col)
 {
-    return p.find<QTableView>("GridMode1")->model()->index(row, col).data().toString().toStdString();
+    return p.find<QTableView>("GridMode1")->model()->index(row - 1, col).data().toString().toStdString();
 }
 
 } // namespace

@@ -5,6 +5,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
+#include <QProcess>
 #include <QStatusBar>
 #include <QTableView>
 #include <QTextEdit>
@@ -31,13 +32,16 @@ void expectBoxShowsModel(const test::ProgramWindow& p, const char* name, const R
         << name;
 }
 
+// The heading row is the view's column header; the rows below it are the table's rows.
 void expectGridShowsModel(const test::ProgramWindow& p, const char* name, const GridModel& model)
 {
     const QAbstractItemModel* view = p.find<QTableView>(name)->model();
-    ASSERT_EQ(view->rowCount(), model.rows()) << name;
-    for (int row = 0; row < model.rows(); ++row)
+    ASSERT_EQ(view->rowCount(), model.rows() - 1) << name;
+    for (int col = 0; col < model.cols(); ++col)
+        EXPECT_EQ(view->headerData(col, Qt::Horizontal).toString().toStdString(), model.text(0, col)) << name;
+    for (int row = 1; row < model.rows(); ++row)
         for (int col = 0; col < model.cols(); ++col)
-            EXPECT_EQ(view->index(row, col).data().toString().toStdString(), model.text(row, col))
+            EXPECT_EQ(view->index(row - 1, col).data().toString().toStdString(), model.text(row, col))
                 << name << " " << row << "," << col;
 }
 
@@ -121,6 +125,43 @@ TEST(ServiceTabs, FreezeFrameReadsTheFrameTypedInTheBoxInFixedColumns)
     p.find<QComboBox>("cmbFrame")->setEditText("01");
     p.click("cmdRequestMode2");
     EXPECT_EQ(p.screen.txtMode2.text(), "No Response From ECU\r\n");
+}
+
+// Some font set-ups give the name "monospace" to a proportional face (here through a font
+// configuration of the test's own); the freeze-frame columns must line up there too. The test
+// above runs again in a process of its own under that configuration.
+TEST(ServiceTabs, FreezeFrameStaysFixedPitchWhereMonospaceIsProportional)
+{
+    if (qEnvironmentVariableIsSet("FONTCONFIG_FILE"))
+        GTEST_SKIP() << "already under a font configuration of its own";
+    test::widgetApp();
+    QTemporaryDir dir;
+    const QString config = QDir(dir.path()).filePath("fonts.conf");
+    QFile file(config);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(R"(<?xml version="1.0"?>
+<!DOCTYPE fontconfig SYSTEM "fonts.dtd">
+<fontconfig>
+  <include ignore_missing="yes">/etc/fonts/fonts.conf</include>
+  <match target="pattern">
+    <test name="family"><string>monospace</string></test>
+    <edit name="family" mode="prepend" binding="strong"><string>DejaVu Sans</string></edit>
+  </match>
+</fontconfig>
+)");
+    file.close();
+
+    QProcess child;
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.insert("FONTCONFIG_FILE", config);
+    child.setProcessEnvironment(env);
+    child.setProcessChannelMode(QProcess::MergedChannels);
+    child.start(QCoreApplication::applicationFilePath(),
+                {"--gtest_filter=ServiceTabs.FreezeFrameReadsTheFrameTypedInTheBoxInFixedColumns"});
+    ASSERT_TRUE(child.waitForFinished(120000));
+    const QString output = QString::fromLocal8Bit(child.readAll());
+    EXPECT_EQ(child.exitCode(), 0) << output.toStdString();
+    EXPECT_TRUE(output.contains("[  PASSED  ] 1 test")) << output.toStdString();
 }
 
 TEST(ServiceTabs, TestGridsForTheChosenSensorAndMake)
