@@ -3,6 +3,7 @@
 
 #include <QHeaderView>
 #include <QImage>
+#include <QScreen>
 #include <QStatusBar>
 #include <QTableView>
 #include <QTextEdit>
@@ -157,7 +158,8 @@ TEST(WindowView, TheLogPlayerNeverCoversTheStatusBarAndReopensWhereItWasPut)
     EXPECT_FALSE(player->frameGeometry().intersects(p.window->frameGeometry()))
         << "player at " << player->x() << "," << player->y();
 
-    const QPoint put = player->pos() + QPoint(20, -10);
+    const QRect screen = player->screen()->availableGeometry();
+    const QPoint put = screen.bottomRight() - QPoint(player->width() + 60, player->height() + 60);
     player->move(put);
     player->close();
     QApplication::processEvents();
