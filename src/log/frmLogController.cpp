@@ -1,6 +1,8 @@
 #include "log/frmLogController.h"
 
+#include "data/TabLayout.h"
 #include "log/LogExport.h"
+#include "log/LogFormat.h"
 #include "session/MainScreen.h"
 #include "session/Session.h"
 
@@ -151,7 +153,17 @@ void frmLogController::imgOpen_Click()
         controller_.closeFile();
         return;
     }
-    controller_.open(path.toStdString());
+    if (!controller_.open(path.toStdString()))
+        return;
+    // The main window shows the tabs of the module that recorded the log, not those of the last
+    // session.
+    for (int module = ModuleGeneric; module <= ModuleToyota; ++module) {
+        if (LogNamesFor(module).header == session_.LogHeader) {
+            data::ClearTabs(session_.screen);
+            data::BuildTabs(session_.screen, data::ModuleTabs(module));
+            break;
+        }
+    }
 }
 
 void frmLogController::imgPlay_Click()

@@ -9,27 +9,6 @@ using namespace kvx;
 
 namespace {
 
-// Chooses a module in the selection window as the user does after pressing Connect.
-bool chooseModule(test::ProgramWindow& p, int module)
-{
-    enhanced::frmSelection selection(p.screen, p.actions.ConnectModule, p.window.get());
-    selection.show();
-    p.click(selection.findChildren<QPushButton*>("Command1").at(module));
-    return selection.result() == QDialog::Accepted;
-}
-
-// Lets a live-data loop of the window run for this many event pumps, then presses its stop.
-void runFor(test::ProgramWindow& p, const char* start, const char* stop, int pumps)
-{
-    int n = 0;
-    p.shell.onProcessEvents = [&] {
-        if (++n == pumps)
-            p.click(stop);
-    };
-    p.click(start);
-    p.shell.onProcessEvents = nullptr;
-}
-
 // Grid row `row` as the window shows it (the heading row is the view's header).
 std::string viewText(const test::ProgramWindow& p, int row, int col)
 {
@@ -41,7 +20,7 @@ std::string viewText(const test::ProgramWindow& p, int row, int col)
 TEST(ModuleWindows, NissanEngineShowsOnlyLiveDataPollsItsItemsAndHoldsTheSettingsUntilDisconnect)
 {
     test::ProgramWindow p;
-    ASSERT_TRUE(chooseModule(p, ModuleNissanEcu));
+    ASSERT_TRUE(p.chooseModule(ModuleNissanEcu));
     const auto* tabs = p.find<QTabBar>("TabStrip1");
     ASSERT_EQ(tabs->count(), 1);
     EXPECT_EQ(tabs->tabText(0), "LIVE DATA");
@@ -49,7 +28,7 @@ TEST(ModuleWindows, NissanEngineShowsOnlyLiveDataPollsItsItemsAndHoldsTheSetting
     EXPECT_FALSE(p.window->findChild<QToolBar*>("Toolbar1")->findChild<QAction*>("Setting")->isEnabled());
     EXPECT_EQ(viewText(p, 1, 1), "1101");
 
-    runFor(p, "cmdRequestMode1", "cmdStop", 30);
+    p.runFor("cmdRequestMode1", "cmdStop", 30);
     EXPECT_FALSE(p.session.Busy);
     EXPECT_TRUE(QString::fromStdString(viewText(p, 1, 3)).endsWith("rpm")) << viewText(p, 1, 3);
     EXPECT_TRUE(p.screen.tmrKeepAliveEnhance.enabled());

@@ -32,24 +32,6 @@ std::map<std::string, std::pair<bool, bool>> sessionControls(const test::Program
     return states;
 }
 
-bool chooseModule(test::ProgramWindow& p, enhanced::frmSelection& selection, int module)
-{
-    selection.show();
-    p.click(selection.findChildren<QPushButton*>("Command1").at(module));
-    return selection.result() == QDialog::Accepted;
-}
-
-void runFor(test::ProgramWindow& p, const char* start, const char* stop, int pumps)
-{
-    int n = 0;
-    p.shell.onProcessEvents = [&] {
-        if (++n == pumps)
-            p.click(stop);
-    };
-    p.click(start);
-    p.shell.onProcessEvents = nullptr;
-}
-
 // Every value cell of the live grid as the window shows it, joined.
 std::string shownValues(const test::ProgramWindow& p)
 {
@@ -92,7 +74,7 @@ TEST(WindowState, ClosingTheSelectionAfterAFailedTryBringsTheTabsBack)
     // No serial device answers to port 16 here: the connection fails.
     p.session.settings.PortNumber = 16;
     enhanced::frmSelection selection(p.screen, p.actions.ConnectModule, p.window.get());
-    ASSERT_FALSE(chooseModule(p, selection, ModuleToyota));
+    ASSERT_FALSE(p.chooseModule(selection, ModuleToyota));
     EXPECT_TRUE(selection.isVisible());
     EXPECT_EQ(p.find<QTabBar>("TabStrip1")->count(), 0);
     for (int frame = 1; frame <= 7; ++frame)
@@ -115,9 +97,9 @@ TEST(WindowState, DisconnectAndANewModuleLeaveNoEarlierValueOnScreen)
 {
     test::ProgramWindow p;
     enhanced::frmSelection generic(p.screen, p.actions.ConnectModule, p.window.get());
-    ASSERT_TRUE(chooseModule(p, generic, ModuleGeneric));
+    ASSERT_TRUE(p.chooseModule(generic, ModuleGeneric));
     // Stopped in the middle of a pass: some rows hold values, the rest do not.
-    runFor(p, "cmdRequestMode1", "cmdStop", 5);
+    p.runFor("cmdRequestMode1", "cmdStop", 5);
     EXPECT_FALSE(shownValues(p).empty());
     auto* grid = p.find<QTableView>("GridMode1");
     grid->scrollToBottom();
@@ -127,7 +109,7 @@ TEST(WindowState, DisconnectAndANewModuleLeaveNoEarlierValueOnScreen)
     const auto lists = p.window->findChildren<QComboBox*>("cmbPid");
     lists[0]->setCurrentIndex(1);
     emit lists[0]->activated(1);
-    runFor(p, "cmdRequestLiveCombo", "cmdStopLiveCombo", 3);
+    p.runFor("cmdRequestLiveCombo", "cmdStopLiveCombo", 3);
     EXPECT_FALSE(p.window->findChildren<QLabel*>("lblPid")[0]->text().isEmpty());
     p.showTab(2);
     p.click("cmdMode3");
@@ -146,7 +128,7 @@ TEST(WindowState, DisconnectAndANewModuleLeaveNoEarlierValueOnScreen)
 
     // The Toyota unit's grid opens at its top, with its own rows and no value yet.
     enhanced::frmSelection toyota(p.screen, p.actions.ConnectModule, p.window.get());
-    ASSERT_TRUE(chooseModule(p, toyota, ModuleToyota));
+    ASSERT_TRUE(p.chooseModule(toyota, ModuleToyota));
     EXPECT_EQ(grid->verticalScrollBar()->value(), 0);
     EXPECT_EQ(shownValues(p), "");
     for (const QLabel* label : p.window->findChildren<QLabel*>("lblPida"))

@@ -144,10 +144,19 @@ TEST(WindowView, TheLiveGridsHeadingTicksAllRowsStaysInSightAndSpaceTogglesLikeA
     EXPECT_FALSE(ticked(p, 3));
 }
 
-TEST(WindowView, TheLogPlayerNeverCoversTheStatusBarAndReopensWhereItWasPut)
+TEST(WindowView, TheLogPlayerNeverCoversTheStatusBarReopensWhereItWasPutAndShowsTheRecordingsTabs)
 {
     test::ProgramWindow p;
+    ASSERT_TRUE(p.chooseModule(ModuleGeneric));
+    p.actions.LogToggled(true);
+    p.runFor("cmdRequestMode1", "cmdStop", 10);
+    p.actions.LogToggled(false);
+    const std::string recording = p.session.LogPath;
     p.toolbar("Disconnect");
+    ASSERT_TRUE(p.chooseModule(ModuleToyota));
+    p.toolbar("Disconnect");
+    ASSERT_EQ(p.find<QTabBar>("TabStrip1")->count(), 2);
+
     p.toolbar("Log Controller");
     QWidget* player = p.window->logController();
     ASSERT_NE(player, nullptr);
@@ -165,4 +174,11 @@ TEST(WindowView, TheLogPlayerNeverCoversTheStatusBarAndReopensWhereItWasPut)
     QApplication::processEvents();
     p.toolbar("Log Controller");
     EXPECT_EQ(p.window->logController()->pos(), put);
+
+    // A generic recording is replayed under the generic module's seven tabs, not the last session's.
+    auto* reopened = qobject_cast<log::frmLogController*>(p.window->logController());
+    reopened->setFileChooser([&] { return QString::fromStdString(recording); });
+    reopened->imgOpen_Click();
+    EXPECT_EQ(p.find<QTabBar>("TabStrip1")->count(), 7);
+    EXPECT_EQ(p.screen.TabStrip1.selectedCaption(), "LIVE DATA");
 }

@@ -3,6 +3,7 @@
 #include "app/SessionActions.h"
 #include "app/StartUp.h"
 #include "app/frmMain.h"
+#include "enhanced/frmSelection.h"
 #include "link/Clock.h"
 #include "link/LinkSession.h"
 #include "log/frmLogController.h"
@@ -80,6 +81,32 @@ struct ProgramWindow {
     }
     void click(QPushButton* button) { QTest::mouseClick(button, Qt::LeftButton); }
     void click(const char* button) { click(find<QPushButton>(button)); }
+
+    // Chooses a module in the selection window as the user does after pressing Connect; true
+    // when it connected (the window then closes; it stays open after a failed try).
+    bool chooseModule(enhanced::frmSelection& selection, int module)
+    {
+        selection.show();
+        click(selection.findChildren<QPushButton*>("Command1").at(module));
+        return selection.result() == QDialog::Accepted;
+    }
+    bool chooseModule(int module)
+    {
+        enhanced::frmSelection selection(screen, actions.ConnectModule, window.get());
+        return chooseModule(selection, module);
+    }
+
+    // Lets a loop of the window run for this many event pumps, then presses its stop button.
+    void runFor(const char* start, const char* stop, int pumps)
+    {
+        int n = 0;
+        shell.onProcessEvents = [&] {
+            if (++n == pumps)
+                click(stop);
+        };
+        click(start);
+        shell.onProcessEvents = nullptr;
+    }
 };
 
 } // namespace kvx::test
