@@ -56,7 +56,8 @@ std::string NissanDecoder::SensorValue(const std::string& reply, int kind, int b
 {
     if (kind != Metric && kind != Customary)
         return {};
-    // The message is "LL 62 II II data..", the checksum after it: LL counts the bytes from 62 on.
+    // The message is "LL 62 II II data.." (any checksum after it is not read): LL counts the bytes
+    // from 62 on.
     const auto bytes = fromHex(std::string_view(reply).substr(0, reply.find(':')));
     if (!bytes || bytes->size() < 4 || (*bytes)[1] != kReadReply || bytes->size() < 1u + (*bytes)[0])
         return {};

@@ -12,7 +12,8 @@ public:
     // The display name, or "" when this unit type has no such item (an unnamed switch bit too).
     std::string SensorName(const std::string& identifier, int moduleIndex) const;
 
-    // The display text of a reply "LL 62 II II data.. CS" (whole message, as DecodeReply gives it):
+    // The display text of a reply "LL 62 II II data.." (length byte and payload, as DecodeReply
+    // gives it; a checksum after it, as older logs hold, is ignored):
     // kind 1 the metric text, kind 2 the US text (the same text when the unit is not metric);
     // bit 0-7 picks a switch of a block 13 register ("ON" / "OFF"). An empty, short or negative
     // reply gives "".
