@@ -11,6 +11,7 @@
 #include <poll.h>
 #include <stdlib.h>
 #include <unistd.h>
+#include <vector>
 
 using namespace kvx::link;
 
@@ -176,6 +177,21 @@ TEST(SerialWireOnPty, AHangUpIsALostPortAtOnce)
     EXPECT_LT(clock.now() - start, ms(500)) << "not at the read's deadline";
     EXPECT_LT(clock.calls, 10) << "the wait did not spin";
     expectLostPort([&] { wire->write(request); }, "a write");
+}
+
+TEST(SerialWireOnPty, AWriteThePortNeverTakesEndsAtItsDeadline)
+{
+    Pty pty;
+    if (!pty.ok())
+        GTEST_SKIP() << "no pseudo-terminals here";
+    SteadyClock clock;
+    auto wire = makeSerialWire(pty.slave(), clock);
+    wire->open();
+    // Nobody reads the other end: its buffer fills and the port takes no more.
+    const std::vector<std::uint8_t> flood(1 << 20, 0x55);
+    const Micros start = clock.now();
+    expectLostPort([&] { wire->write(flood); }, "a write");
+    EXPECT_LT(clock.now() - start, ms(5000));
 }
 
 TEST(SerialWireOnPty, ThePortIsOpenedForThisProgramAlone)
