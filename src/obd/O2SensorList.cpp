@@ -1,5 +1,6 @@
 #include "obd/O2SensorList.h"
 
+#include "link/ReplyText.h"
 #include "link/decode/PidWords.h"
 #include "obd/FrameText.h"
 #include "obd/RequestCycle.h"
@@ -17,10 +18,15 @@ constexpr int kAllPresent = 0xFF;
 // Data byte A of the engine unit's answer to "01" + pid, if it gave one.
 std::optional<int> AskLayoutByte(Session& session, const std::string& pid)
 {
-    const std::string reply = RequestCycle(session, session.HeaderByte1 + session.HeaderByte2 + "F101" + pid);
-    for (const auto& frame : SplitFrames(reply))
-        if (FromEcu(session, frame) && frame.size() >= 12 && frame.compare(6, 4, "41" + pid) == 0)
-            return std::stoi(frame.substr(10, 2), nullptr, 16);
+    const std::string reply =
+        RequestCycle(session, link::genericRequest(session.HeaderByte1, session.HeaderByte2, "01", pid));
+    for (const auto& frame : SplitFrames(reply)) {
+        if (!FromEcu(session, frame))
+            continue;
+        const auto m = link::readMessage(frame);
+        if (m && m->service == 0x41 && m->data.size() >= 2 && link::toHex(m->data[0]) == pid)
+            return m->data[1];
+    }
     return std::nullopt;
 }
 

@@ -48,20 +48,23 @@ private:
     }
 };
 
-sim::VehicleConfig fourBankCar()
+// The unit talks ISO 9141-2, or KWP2000 with a length byte of its own in every frame.
+sim::VehicleConfig fourBankCar(bool lengthByte)
 {
     sim::VehicleConfig config;
     config.units = {[](link::Clock&, std::uint64_t) { return std::make_unique<FourBankEngine>(); }};
+    if (lengthByte)
+        config.kwpKb1 = 0xEA;
     return config;
 }
 
-struct FourBanks : ::testing::Test {
-    test::CoreVehicle car{fourBankCar()};
+struct FourBanks : ::testing::TestWithParam<bool> {
+    test::CoreVehicle car{fourBankCar(GetParam()), GetParam() ? link::Kwp2000Fast : link::Iso9141Slow};
     Session& s = car.session;
     void SetUp() override { ASSERT_TRUE(ConnectEcu(s)) << (car.shell.boxes.empty() ? "" : car.shell.boxes[0].text); }
 };
 
-TEST_F(FourBanks, LiveGridAndComboListsNameTheSensorByTheDeclaredLayout)
+TEST_P(FourBanks, LiveGridAndComboListsNameTheSensorByTheDeclaredLayout)
 {
     const GridModel& grid = car.screen.GridMode1;
     std::string description;
@@ -74,7 +77,7 @@ TEST_F(FourBanks, LiveGridAndComboListsNameTheSensorByTheDeclaredLayout)
     EXPECT_EQ(car.screen.cmbMode5.items(), (std::vector<std::string>{"Bank 1 Sensor 1", "Bank 3 Sensor 1"}));
 }
 
-TEST_F(FourBanks, FreezeFrameKeepsTheSensorAndTheWordsOfItsValues)
+TEST_P(FourBanks, FreezeFrameKeepsTheSensorAndTheWordsOfItsValues)
 {
     RequestFreezeFrame(s);
     const QString text = QString::fromStdString(car.screen.txtMode2.text());
@@ -82,6 +85,9 @@ TEST_F(FourBanks, FreezeFrameKeepsTheSensorAndTheWordsOfItsValues)
     EXPECT_TRUE(text.contains(QString("0.640 V").leftJustified(20) + QString("trim -3.1 %").leftJustified(20) + "\r\n"))
         << text.toStdString();
 }
+
+INSTANTIATE_TEST_SUITE_P(Framings, FourBanks, ::testing::Bool(),
+                         [](const auto& info) { return info.param ? "LengthByte" : "Iso9141"; });
 
 } // namespace
 } // namespace kvx::obd
