@@ -54,14 +54,3 @@ TEST(GeneralFaultReport, CodeWithAHexDigitEndsReadCodesWithABoxAndTheSessionGoes
     EXPECT_EQ(p.shell.boxes.size(), 1u);
     EXPECT_EQ(p.screen.txtMode347.text().substr(0, 5), "P0128");
 }
-
-TEST(GeneralFaultReport, EveryPlaceOfAHexDigitIsReportedTheSameWay)
-{
-    for (const char* code : {"2A00", "9A00", "C1A2"}) {
-        HybridCar p(code);
-        p.click("cmdMode3");
-        ASSERT_EQ(p.shell.boxes.size(), 1u) << code;
-        EXPECT_EQ(p.shell.boxes[0].title, "Error") << code;
-        EXPECT_TRUE(p.screen.tmrKeepAlive.enabled()) << code;
-    }
-}
