@@ -26,19 +26,6 @@ namespace {
 
 namespace dec = link::decode;
 
-std::vector<std::string> splitMessages(const std::string& argument)
-{
-    std::vector<std::string> out;
-    std::size_t start = 0;
-    while (start <= argument.size()) {
-        const auto colon = argument.find(':', start);
-        const auto end = colon == std::string::npos ? argument.size() : colon;
-        out.push_back(argument.substr(start, end - start));
-        start = end + 1;
-    }
-    return out;
-}
-
 void fail(const std::string& message, const std::string& why)
 {
     std::fprintf(stderr, "kvx decode: %s: %s\n", message.c_str(), why.c_str());
@@ -138,7 +125,11 @@ bool decodeArgument(const std::string& argument, CodeDescriptions& descriptions)
 {
     bool ok = true;
     std::string vinMessages;
-    for (const auto& text : splitMessages(argument)) {
+    // An empty argument is one empty message, which is refused like any other that is not hex.
+    std::vector<std::string> messages = link::splitReply(argument);
+    if (messages.empty())
+        messages.emplace_back();
+    for (const auto& text : messages) {
         const auto m = link::readMessage(text);
         if (!m) {
             fail(text.empty() ? "\"\"" : text,

@@ -4,10 +4,10 @@
 #include "enhanced/ItemRows.h"
 #include "enhanced/NissanKeepAlive.h"
 #include "enhanced/SensorRows.h"
+#include "link/Hex.h"
 #include "link/LinkSession.h"
 #include "obd/CommandGuard.h"
 #include "obd/Connection.h"
-#include "obd/FrameText.h"
 #include "obd/LiveData.h"
 #include "obd/RequestCycle.h"
 #include "session/MainScreen.h"
@@ -150,7 +150,8 @@ void AddNissanSensors(Session& session)
             if (isRangeMarker(row) || !supported[static_cast<std::size_t>(block)])
                 continue;
             // A switch register lists only the bits this unit type names.
-            const std::string identifier = obd::HexByte(block) + obd::HexByte(row);
+            const std::string identifier =
+                link::toHex(static_cast<std::uint8_t>(block)) + link::toHex(static_cast<std::uint8_t>(row));
             for (const ItemRow& item : NissanRows(session.nissanDecoder, identifier, session.ModuleIndex))
                 AddSensorRow(session, count, item.label, item.name);
         }

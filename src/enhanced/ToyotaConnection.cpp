@@ -3,8 +3,8 @@
 #include "data/GridLayouts.h"
 #include "enhanced/ItemRows.h"
 #include "enhanced/SensorRows.h"
+#include "link/Hex.h"
 #include "obd/Connection.h"
-#include "obd/FrameText.h"
 #include "session/MainScreen.h"
 #include "session/Session.h"
 #include "session/Shell.h"
@@ -51,7 +51,7 @@ void AddToyotaSensors(Session& session)
     for (int pid = kFirstPid; pid <= kLastPid; ++pid) {
         if (!session.SupportedPids[static_cast<std::size_t>(pid)][0])
             continue;
-        for (const ItemRow& row : ToyotaRows(session.toyotaDecoder, obd::HexByte(pid))) {
+        for (const ItemRow& row : ToyotaRows(session.toyotaDecoder, link::toHex(static_cast<std::uint8_t>(pid)))) {
             AddSensorRow(session, count, row.label, row.name);
             for (ListModel& list : lists)
                 list.addItem(row.label + " - " + row.name);

@@ -2,6 +2,7 @@
 
 #include "enhanced/ItemRows.h"
 #include "enhanced/SensorRows.h"
+#include "link/ReplyText.h"
 #include "log/LogFile.h"
 #include "obd/FrameText.h"
 #include "obd/KeepAlive.h"
@@ -31,9 +32,7 @@ void showReply(Session& session, const std::string& polledLabel, const std::stri
 {
     GridModel& grid = session.screen.GridMode1;
     const std::string pid = polledLabel.substr(0, 2);
-    for (const std::string& message : obd::SplitFrames(reply)) {
-        if (!obd::FromEcu(session, message))
-            continue;
+    for (const std::string& message : obd::EcuMessages(session, reply)) {
         log::WriteLogFrame(session, message + " " + polledLabel);
         for (int row = 1; row < grid.rows(); ++row) {
             const std::string& label = grid.text(row, obd::PidColumn);
@@ -72,10 +71,10 @@ bool PollToyotaLiveData(Session& session, const std::string& headerByte1, const 
         const std::string pid = label.substr(0, 2);
         if (!asked.insert(pid).second)
             return true;
-        const std::string reply = obd::RequestCycle(session, headerByte1 + headerByte2 + "F101" + pid,
+        const std::string reply = obd::RequestCycle(session, link::genericRequest(headerByte1, headerByte2, "01", pid),
                                                     session.ToyotaLastFrame, session.ToyotaLastRaw,
                                                     session.ToyotaLastResponse);
-        if (obd::CountLiveSilence(session, reply, [&] { obd::ReconnectForLiveData(session); })) {
+        if (obd::CountLiveSilence(session, reply, [&] { obd::ReconnectAfterSilence(session); })) {
             obd::DropSilentSession(session);
             return false;
         }

@@ -1,6 +1,7 @@
 #include "obd/Connection.h"
 
 #include "link/LinkSession.h"
+#include "link/ReplyText.h"
 #include "obd/CommandGuard.h"
 #include "obd/Disconnect.h"
 #include "obd/KeepAlive.h"
@@ -36,11 +37,6 @@ bool wakeUp(Session& session)
     }
 }
 
-bool isKwp(int protocol)
-{
-    return protocol == link::Kwp2000Slow || protocol == link::Kwp2000Fast;
-}
-
 bool negotiate(Session& session, const Negotiation& negotiation)
 {
     MainScreen& screen = session.screen;
@@ -52,7 +48,7 @@ bool negotiate(Session& session, const Negotiation& negotiation)
     ClearSupportedPids(session, 1, negotiation.lastClearedPid);
 
     screen.cmbModule.clear();
-    const bool kwp = isKwp(session.settings.ProtocolNumber);
+    const bool kwp = IsKwp(session.settings.ProtocolNumber);
     session.HeaderByte1 = kwp ? "C0" : "68";
     session.HeaderByte2 = kwp ? "33" : "6A";
 
@@ -128,10 +124,15 @@ std::string SendRequest(Session& session, const std::string& headerByte1, const 
 {
     if (session.LinkDown)
         return {};
-    const std::string reply = RequestCycle(session, headerByte1 + headerByte2 + "F1" + service + parameter);
-    for (const std::string& message : SplitMessages(reply))
+    const std::string reply = RequestCycle(session, link::genericRequest(headerByte1, headerByte2, service, parameter));
+    for (const std::string& message : link::splitReply(reply))
         DecodeSupportedPids(session, message, decoderService);
     return reply;
+}
+
+bool IsKwp(int protocol)
+{
+    return protocol == link::Kwp2000Slow || protocol == link::Kwp2000Fast;
 }
 
 bool ReconnectEcu(Session& session)

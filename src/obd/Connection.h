@@ -47,7 +47,7 @@ void RefuseConnection(Session& session, const std::string& text);
 // screen. True when the session is open. A link fault is shown and leaves the session closed.
 bool ConnectEcu(Session& session);
 
-// Sends header 1 + header 2 + "F1" + service + parameter through the request cycle, hands every
+// Sends the generic request of service and parameter through the request cycle, hands every
 // message of the reply to DecodeSupportedPids with decoderService, and returns the whole reply.
 // Sends nothing and returns "" while the link is down.
 std::string SendRequest(Session& session, const std::string& headerByte1, const std::string& headerByte2,
@@ -62,6 +62,9 @@ bool IsNegativeResponse(const std::string& reply);
 // Why the first answer to "01" "00" is refused, or "" when it is accepted: 14 characters or
 // fewer is an incomplete reply.
 std::string FirstReplyProblem(const std::string& reply);
+
+// True for the two KWP2000 wake-ups, whose sessions answer a refused request with 7F.
+bool IsKwp(int protocol);
 
 // Wakes the unit up again with the session's settings (the reconnect flag set). True when it
 // answered.

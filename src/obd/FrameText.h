@@ -9,17 +9,10 @@ struct Session;
 
 namespace kvx::obd {
 
-// The frames of a reply, split at ":". An empty reply gives one empty frame, so "the last frame"
-// always exists.
-std::vector<std::string> SplitFrames(const std::string& reply);
+// True for a message from the engine unit in use; messages of other units are not shown.
+bool FromEcu(const Session& session, const std::string& message);
 
-// The answering unit's address: characters 5-6 of a frame ("" when the frame is shorter).
-std::string FrameSource(const std::string& frame);
-
-// True for a frame from the engine unit in use; frames of other units are not shown.
-bool FromEcu(const Session& session, const std::string& frame);
-
-// A number 0-255 as two upper-case hex digits.
-std::string HexByte(int value);
+// The messages of a reply that come from the engine unit in use, in the order they came.
+std::vector<std::string> EcuMessages(const Session& session, const std::string& reply);
 
 } // namespace kvx::obd

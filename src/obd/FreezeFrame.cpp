@@ -1,6 +1,8 @@
 #include "obd/FreezeFrame.h"
 
 #include "link/LinkSession.h"
+#include "link/ReplyText.h"
+#include "obd/FrameText.h"
 #include "obd/RequestCycle.h"
 #include "obd/ServiceCycle.h"
 #include "obd/SupportDiscovery.h"
@@ -76,11 +78,9 @@ void ReadFreezeFrame(Session& session, const std::string& headerByte1, const std
             continue;
         if (!session.Busy || session.LinkDown)
             return;
-        const std::string id = HexByte(pid);
-        const std::string reply = RequestCycle(session, headerByte1 + headerByte2 + "F102" + id + frameNumber);
-        for (const auto& frame : SplitFrames(reply)) {
-            if (!FromEcu(session, frame))
-                continue;
+        const std::string id = link::toHex(static_cast<std::uint8_t>(pid));
+        const std::string reply = RequestCycle(session, link::genericRequest(headerByte1, headerByte2, "02", id + frameNumber));
+        for (const auto& frame : EcuMessages(session, reply)) {
             box.setColor(kBlack);
             box.append(PadOrCut(session.link.DescribePid(id, layout), kFreezeDescriptionWidth) + kLineBreak);
             box.setColor(kRed);

@@ -1,6 +1,8 @@
 #include "obd/InfoPids.h"
 
 #include "link/LinkSession.h"
+#include "link/ReplyText.h"
+#include "obd/FrameText.h"
 #include "obd/RequestCycle.h"
 #include "obd/ServiceCycle.h"
 #include "obd/TextColumns.h"
@@ -32,10 +34,8 @@ int HexNumber(const std::string& text)
 // The first frame of the engine unit, or "" when none answered.
 std::string EcuFrame(const Session& session, const std::string& reply)
 {
-    for (const auto& frame : SplitFrames(reply))
-        if (FromEcu(session, frame))
-            return frame;
-    return {};
+    const std::vector<std::string> messages = EcuMessages(session, reply);
+    return messages.empty() ? std::string() : messages.front();
 }
 
 } // namespace
@@ -76,7 +76,7 @@ void RequestInfoPid(Session& session, const std::string& headerByte1, const std:
         box.setText("Not Supported");
         return;
     }
-    const std::string frame = EcuFrame(session, RequestCycle(session, headerByte1 + headerByte2 + "F1" + service + pid));
+    const std::string frame = EcuFrame(session, RequestCycle(session, link::genericRequest(headerByte1, headerByte2, service, pid)));
     box.insertAtCaret(frame.empty() ? std::string("No Response From ECU") : session.link.FormatInfoValue(frame) + kLineBreak);
 }
 
@@ -97,9 +97,9 @@ void ReadVehicleId(Session& session)
         } else {
             // The number comes in several frames; only the engine unit's are put together.
             std::string ecuFrames;
-            for (const auto& frame : SplitFrames(RequestCycle(session, session.HeaderByte1 + session.HeaderByte2 + "F10902")))
-                if (FromEcu(session, frame))
-                    ecuFrames += (ecuFrames.empty() ? "" : ":") + frame;
+            const std::string request = link::genericRequest(session.HeaderByte1, session.HeaderByte2, "09", "02");
+            for (const auto& frame : EcuMessages(session, RequestCycle(session, request)))
+                ecuFrames += (ecuFrames.empty() ? "" : ":") + frame;
             const std::string vin = session.link.FormatVin(ecuFrames);
             box.insertAtCaret(vin.empty() ? std::string("No Response From ECU") : "VIN: " + vin + kLineBreak);
         }

@@ -1,6 +1,7 @@
 #include "obd/KeepAlive.h"
 
 #include "link/LinkSession.h"
+#include "link/ReplyText.h"
 #include "obd/CommandGuard.h"
 #include "obd/Connection.h"
 #include "obd/Disconnect.h"
@@ -14,10 +15,7 @@ namespace {
 
 void tick(Session& session)
 {
-    WakeUpAfterSilence(session, session.screen.tmrKeepAlive, [&] {
-        session.screen.StatusBar1.setText(1, kReconnecting);
-        return ReconnectEcu(session);
-    });
+    WakeUpAfterSilence(session, session.screen.tmrKeepAlive, [&] { return ReconnectAfterSilence(session); });
 
     if (session.SilenceCount >= kKeepAliveGiveUpAt || session.LinkDown) {
         DropSilentSession(session);
@@ -26,12 +24,10 @@ void tick(Session& session)
 
     if (!session.link.IsPortOpen())
         return;
-    const std::string raw = LampedExchange(session, session.HeaderByte1 + session.HeaderByte2 + "F10100");
+    const std::string raw = LampedExchange(session, link::genericRequest(session.HeaderByte1, session.HeaderByte2, "01", "00"));
 
-    const int protocol = session.settings.ProtocolNumber;
-    const bool kwp = protocol == link::Kwp2000Slow || protocol == link::Kwp2000Fast;
     // A refusal counts as silence on KWP2000 only.
-    if (raw.empty() || (kwp && IsNegativeResponse(raw)))
+    if (raw.empty() || (IsKwp(session.settings.ProtocolNumber) && IsNegativeResponse(raw)))
         ++session.SilenceCount;
     else
         session.SilenceCount = 0;
@@ -39,17 +35,30 @@ void tick(Session& session)
 
 } // namespace
 
-void WakeUpAfterSilence(Session& session, TimerModel& timer, const std::function<bool()>& wakeUp)
+void WakeUpAfterSilence(Session& session, const std::function<bool()>& wakeUp)
 {
     if (session.SilenceCount < kKeepAliveReconnectFrom || session.SilenceCount >= kKeepAliveGiveUpAt)
         return;
-    timer.setEnabled(false);
-    const bool answered = wakeUp();
-    timer.setEnabled(true);
-    if (answered)
+    if (wakeUp())
         session.screen.StatusBar1.setText(1, "");
     else
         ++session.SilenceCount;
+}
+
+void WakeUpAfterSilence(Session& session, TimerModel& timer, const std::function<bool()>& wakeUp)
+{
+    WakeUpAfterSilence(session, [&] {
+        timer.setEnabled(false);
+        const bool answered = wakeUp();
+        timer.setEnabled(true);
+        return answered;
+    });
+}
+
+bool ReconnectAfterSilence(Session& session)
+{
+    session.screen.StatusBar1.setText(1, kReconnecting);
+    return ReconnectEcu(session);
 }
 
 std::string LampedExchange(Session& session, const std::string& request)

@@ -19,10 +19,16 @@ inline constexpr const char* kReconnecting = "RECONNECTING...";
 inline constexpr int kKeepAliveReconnectFrom = 3;
 inline constexpr int kKeepAliveGiveUpAt = 14;
 
-// The start of a keep-alive tick after repeated silence (3 to 13 silent ticks): the module's timer
-// off, a new wake-up, the timer on again. A good wake-up clears panel 1; a failed one counts as
-// one more silent tick.
+// Before the next request after repeated silence (3 to 13 silent replies): a new wake-up. A good
+// wake-up clears panel 1; a failed one counts as one more silent reply.
+void WakeUpAfterSilence(Session& session, const std::function<bool()>& wakeUp);
+
+// The start of a keep-alive tick: the same, with the module's timer off during the wake-up.
 void WakeUpAfterSilence(Session& session, TimerModel& timer, const std::function<bool()>& wakeUp);
+
+// The generic module's wake-up after silence: "RECONNECTING..." and a new wake-up with the
+// settings. True when the unit answered.
+bool ReconnectAfterSilence(Session& session);
 
 // The keep-alive exchange with panel 3's activity lamp lit: the request is framed and sent, and
 // the raw reply returned (both kept in LastFrame and LastRaw); no decoding.

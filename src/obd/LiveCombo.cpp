@@ -1,7 +1,9 @@
 #include "obd/LiveCombo.h"
 
 #include "link/LinkSession.h"
+#include "link/ReplyText.h"
 #include "log/LogFile.h"
+#include "obd/FrameText.h"
 #include "obd/KeepAlive.h"
 #include "obd/LiveLoop.h"
 #include "obd/RequestCycle.h"
@@ -75,14 +77,12 @@ bool PollLiveCombo(Session& session, const ComboReading& reading)
         }
         sent = true;
         const std::string reply =
-            RequestCycle(session, session.HeaderByte1 + session.HeaderByte2 + "F101" + choice.substr(0, 2));
-        if (CountLiveSilence(session, reply, [&] { ReconnectForLiveData(session); })) {
+            RequestCycle(session, link::genericRequest(session.HeaderByte1, session.HeaderByte2, "01", choice.substr(0, 2)));
+        if (CountLiveSilence(session, reply, [&] { ReconnectAfterSilence(session); })) {
             session.shell.messageBox(kNoCommunication, kNoResponseFromEcu, MessageIcon::Exclamation);
             return false;
         }
-        for (const auto& frame : SplitFrames(reply)) {
-            if (!FromEcu(session, frame))
-                continue;
+        for (const auto& frame : EcuMessages(session, reply)) {
             log::WriteLogFrame(session, reading.logText(choice, frame));
             screen.lblPid[slot].setText(reading.value(session, choice, frame, 1));
             screen.lblPida[slot].setText(reading.value(session, choice, frame, 2));

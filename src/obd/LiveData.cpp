@@ -2,9 +2,11 @@
 
 #include "data/GridLayouts.h"
 #include "link/LinkSession.h"
+#include "link/ReplyText.h"
 #include "log/LogFile.h"
 #include "obd/CommandGuard.h"
 #include "obd/Connection.h"
+#include "obd/FrameText.h"
 #include "obd/KeepAlive.h"
 #include "obd/LiveLoop.h"
 #include "obd/O2SensorList.h"
@@ -14,20 +16,11 @@
 #include "session/Session.h"
 #include "session/Shell.h"
 
-#include <cstdio>
-
 namespace kvx::obd {
 
 namespace {
 
 constexpr int kLastListedPid = 0x60;
-
-std::string pidText(int pid)
-{
-    char text[3];
-    std::snprintf(text, sizeof text, "%02X", pid);
-    return text;
-}
 
 // The parameters worth a row: supported in service 01, without the support bitmaps themselves.
 std::vector<int> listedPids(const Session& session)
@@ -43,9 +36,7 @@ std::vector<int> listedPids(const Session& session)
 void showReply(Session& session, int row, const std::string& reply)
 {
     GridModel& grid = session.screen.GridMode1;
-    for (const std::string& message : SplitMessages(reply)) {
-        if (SourceAddress(message) != session.EcuAddress)
-            continue;
+    for (const std::string& message : EcuMessages(session, reply)) {
         log::WriteLogFrame(session, message);
         grid.setText(row, ValueColumn, session.link.FormatLiveValue(message, 1));
         grid.setText(row, AltValueColumn, session.link.FormatLiveValue(message, 2));
@@ -74,8 +65,8 @@ bool PollLiveData(Session& session, const std::string& headerByte1, const std::s
 {
     return WalkLiveRows(session, [](int) {}, [&](int row) {
         const std::string pid = session.screen.GridMode1.text(row, PidColumn);
-        const std::string reply = RequestCycle(session, headerByte1 + headerByte2 + "F101" + pid);
-        if (CountLiveSilence(session, reply, [&] { ReconnectForLiveData(session); })) {
+        const std::string reply = RequestCycle(session, link::genericRequest(headerByte1, headerByte2, "01", pid));
+        if (CountLiveSilence(session, reply, [&] { ReconnectAfterSilence(session); })) {
             session.Busy = false;
             session.shell.messageBox(kNoCommunication, kNoResponseFromEcu, MessageIcon::Exclamation);
             return false;
@@ -128,7 +119,7 @@ void BuildLiveDataGrid(Session& session)
     const std::string layout = O2Layout(session);
     for (int pid : listedPids(session)) {
         const int row = grid.addRow();
-        const std::string pp = pidText(pid);
+        const std::string pp = link::toHex(static_cast<std::uint8_t>(pid));
         grid.setCell(row, MarkerColumn, MarkerCell(kTickedMarker));
         grid.setText(row, PidColumn, pp);
         grid.setText(row, DescriptionColumn, session.link.DescribePid(pp, layout));
@@ -143,7 +134,7 @@ void FillPidLists(Session& session)
         list.clear();
         list.addItem("OFF");
         for (int pid : pids) {
-            const std::string pp = pidText(pid);
+            const std::string pp = link::toHex(static_cast<std::uint8_t>(pid));
             list.addItem(pp + " - " + session.link.DescribePid(pp, layout));
         }
         list.setCurrentIndex(0);

@@ -66,12 +66,6 @@ bool CountLiveSilence(Session& session, const std::string& reply, const std::fun
     return false;
 }
 
-void ReconnectForLiveData(Session& session)
-{
-    session.screen.StatusBar1.setText(1, kReconnecting);
-    ReconnectEcu(session);
-}
-
 bool WalkLiveRows(Session& session, const std::function<void(int)>& visit, const std::function<bool(int)>& poll)
 {
     const GridModel& grid = session.screen.GridMode1;

@@ -15,10 +15,6 @@ namespace kvx::obd {
 // sixth, when polling must end.
 bool CountLiveSilence(Session& session, const std::string& reply, const std::function<void()>& wakeUp);
 
-// The pollers' wake-up after silence: "RECONNECTING..." and a new wake-up with the settings. Its
-// result is not checked; the next replies tell.
-void ReconnectForLiveData(Session& session);
-
 // One pass of a grid poller over GridMode1's rows while Busy is set and the link is up. A change
 // of tab clears Busy and ends the pass. visit(row) runs for every row, poll(row) for the ticked
 // ones only, and events are processed after each row. False when poll ended polling.

@@ -2,20 +2,17 @@
 
 #include "link/LinkSession.h"
 #include "link/decode/ModeSixDecoder.h"
-#include "obd/RequestCycle.h"
 #include "obd/ServiceCycle.h"
 #include "obd/SupportDiscovery.h"
 #include "obd/TestWalk.h"
 #include "session/MainScreen.h"
 #include "session/Session.h"
-#include "session/Shell.h"
 
 namespace kvx::obd {
 
 namespace {
 
 constexpr int kService = 6;
-constexpr std::size_t kColumn = kService - 1;
 
 } // namespace
 
@@ -39,36 +36,19 @@ void ReadMonitorTests(Session& session, const std::string& headerByte1, const st
     const std::string year = session.screen.cmbYear.text();
     const link::ModeSixDecoder decoder;
     auto& grid = session.screen.gridMode6;
-    for (int tid = 1; tid <= kLastTestId; ++tid) {
-        if (IsRangeMarker(tid))
-            continue;
-        if (session.LinkDown)
-            return;
-        if (!session.SupportedPids[static_cast<std::size_t>(tid)][kColumn])
-            continue;
-        const std::string id = TestIdText(tid);
-        session.screen.StatusBar1.setText(1, "TEST ID..." + id);
-        if (!ReviveBeforeRequest(session))
-            return;
-        const std::string reply = RequestCycle(session, headerByte1 + headerByte2 + "F106" + id);
-        CountReply(session, reply);
-        for (const auto& frame : SplitFrames(reply)) {
-            if (!FromEcu(session, frame))
-                continue;
-            const link::MonitorTestTexts test = session.link.FormatMonitorTest(frame);
-            const int row = grid.addRow();
-            grid.setText(row, 0, id);
-            grid.setText(row, 1, test.component);
-            // Test titles differ between makes; without a make there is nothing to ask.
-            if (!make.empty())
-                grid.setText(row, 2, decoder.Describe(make, year, id, test.component, test.typeCode));
-            grid.setText(row, 3, test.limit);
-            grid.setText(row, 4, test.limitType);
-            grid.setText(row, 5, test.result);
-            grid.setText(row, 6, test.passFail);
-        }
-        session.shell.processEvents();
-    }
+    WalkTests(session, headerByte1, headerByte2, kService, "", [&](int, const std::string& id, const std::string& frame) {
+        const link::MonitorTestTexts test = session.link.FormatMonitorTest(frame);
+        const int row = grid.addRow();
+        grid.setText(row, 0, id);
+        grid.setText(row, 1, test.component);
+        // Test titles differ between makes; without a make there is nothing to ask.
+        if (!make.empty())
+            grid.setText(row, 2, decoder.Describe(make, year, id, test.component, test.typeCode));
+        grid.setText(row, 3, test.limit);
+        grid.setText(row, 4, test.limitType);
+        grid.setText(row, 5, test.result);
+        grid.setText(row, 6, test.passFail);
+    });
 }
 
 } // namespace kvx::obd

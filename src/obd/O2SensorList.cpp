@@ -20,9 +20,7 @@ std::optional<int> AskLayoutByte(Session& session, const std::string& pid)
 {
     const std::string reply =
         RequestCycle(session, link::genericRequest(session.HeaderByte1, session.HeaderByte2, "01", pid));
-    for (const auto& frame : SplitFrames(reply)) {
-        if (!FromEcu(session, frame))
-            continue;
+    for (const auto& frame : EcuMessages(session, reply)) {
         const auto m = link::readMessage(frame);
         if (m && m->service == 0x41 && m->data.size() >= 2 && link::toHex(m->data[0]) == pid)
             return m->data[1];

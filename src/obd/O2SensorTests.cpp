@@ -2,20 +2,17 @@
 
 #include "link/LinkSession.h"
 #include "obd/O2SensorNames.h"
-#include "obd/RequestCycle.h"
 #include "obd/ServiceCycle.h"
 #include "obd/SupportDiscovery.h"
 #include "obd/TestWalk.h"
 #include "session/MainScreen.h"
 #include "session/Session.h"
-#include "session/Shell.h"
 
 namespace kvx::obd {
 
 namespace {
 
 constexpr int kService = 5;
-constexpr std::size_t kColumn = kService - 1;
 
 } // namespace
 
@@ -39,31 +36,14 @@ void ReadO2SensorTests(Session& session, const std::string& headerByte1, const s
 {
     const std::string sensor = O2SensorNumber(session.screen.cmbMode5.text());
     auto& grid = session.screen.gridMode5;
-    for (int tid = 1; tid <= kLastTestId; ++tid) {
-        if (IsRangeMarker(tid))
-            continue;
-        if (session.LinkDown)
-            return;
-        if (!session.SupportedPids[static_cast<std::size_t>(tid)][kColumn])
-            continue;
-        const std::string id = TestIdText(tid);
-        session.screen.StatusBar1.setText(1, "TEST ID..." + id);
-        if (!ReviveBeforeRequest(session))
-            return;
-        const std::string reply = RequestCycle(session, headerByte1 + headerByte2 + "F105" + id + sensor);
-        CountReply(session, reply);
-        for (const auto& frame : SplitFrames(reply)) {
-            if (!FromEcu(session, frame))
-                continue;
-            const int row = grid.addRow();
-            grid.setText(row, 0, id);
-            grid.setText(row, 1, O2TestDescription(tid));
-            grid.setText(row, 2, session.link.FormatOxygenTest(frame, 1));
-            grid.setText(row, 3, session.link.FormatOxygenTest(frame, 2));
-            grid.setText(row, 4, session.link.FormatOxygenTest(frame, 3));
-        }
-        session.shell.processEvents();
-    }
+    WalkTests(session, headerByte1, headerByte2, kService, sensor, [&](int tid, const std::string& id, const std::string& frame) {
+        const int row = grid.addRow();
+        grid.setText(row, 0, id);
+        grid.setText(row, 1, O2TestDescription(tid));
+        grid.setText(row, 2, session.link.FormatOxygenTest(frame, 1));
+        grid.setText(row, 3, session.link.FormatOxygenTest(frame, 2));
+        grid.setText(row, 4, session.link.FormatOxygenTest(frame, 3));
+    });
 }
 
 } // namespace kvx::obd

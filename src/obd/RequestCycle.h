@@ -1,7 +1,6 @@
 #pragma once
 
 #include <string>
-#include <vector>
 
 namespace kvx {
 struct Session;
@@ -17,11 +16,5 @@ std::string RequestCycle(Session& session, const std::string& request);
 // raw and response instead.
 std::string RequestCycle(Session& session, const std::string& request, std::string& frame, std::string& raw,
                          std::string& response);
-
-// The messages of a reply split at ":" (the rest after the last ":" included); none for "".
-std::vector<std::string> SplitMessages(const std::string& reply);
-
-// Characters 5-6 of a message: the unit that sent it ("" when the message is shorter).
-std::string SourceAddress(const std::string& message);
 
 } // namespace kvx::obd

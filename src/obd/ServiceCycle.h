@@ -1,7 +1,5 @@
 #pragma once
 
-#include "obd/FrameText.h"
-
 #include <string>
 
 namespace kvx {

@@ -1,7 +1,8 @@
 #include "obd/SupportDiscovery.h"
 
+#include "link/ReplyText.h"
+#include "obd/FrameText.h"
 #include "obd/RequestCycle.h"
-#include "obd/ServiceCycle.h"
 #include "obd/SupportBitmap.h"
 #include "session/Session.h"
 
@@ -17,11 +18,11 @@ void DiscoverSupport(Session& session, int service, const std::string& suffix, i
     for (int range = 0; range <= lastRange; range += 0x20) {
         if (range > 0 && !session.SupportedPids[static_cast<std::size_t>(range)][column])
             return;
-        const std::string reply = RequestCycle(session, session.HeaderByte1 + session.HeaderByte2 + "F1" +
-                                                               HexByte(service) + HexByte(range) + suffix);
-        for (const auto& frame : SplitFrames(reply))
-            if (FromEcu(session, frame))
-                MarkSupportBitmap(session.SupportedPids, frame, service);
+        const std::string request =
+            link::genericRequest(session.HeaderByte1, session.HeaderByte2, link::toHex(static_cast<std::uint8_t>(service)),
+                                 link::toHex(static_cast<std::uint8_t>(range)) + suffix);
+        for (const auto& frame : EcuMessages(session, RequestCycle(session, request)))
+            MarkSupportBitmap(session.SupportedPids, frame, service);
     }
 }
 

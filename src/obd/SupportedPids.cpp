@@ -26,7 +26,7 @@ void noteUnit(Session& session, const std::string& address)
 
 std::string DecodeSupportedPids(Session& session, const std::string& message, const std::string& service)
 {
-    const std::string source = SourceAddress(message);
+    const std::string source = link::sourceText(message);
     if (source.empty())
         return source;
     // The bitmap's own parameter, then bytes A to D, follow the service wherever the header puts

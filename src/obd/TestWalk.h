@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 
 namespace kvx {
@@ -8,20 +9,19 @@ struct Session;
 
 namespace kvx::obd {
 
-// Services 05 and 06 walk test identifiers 1 to 256; these name the range markers (20, 40, ...
-// E0) that only announce the next 32 and are never asked for as tests.
+// Services 05 and 06 walk test identifiers 1 to 256; every 0x20th (20, 40, ... E0, 100) only
+// announces the next 32 and is never asked for as a test.
 constexpr int kLastTestId = 256;
-bool IsRangeMarker(int id);
 
-// A test identifier as at least two upper-case hex digits ("01", "A1", "100").
-std::string TestIdText(int id);
+// One answer of a walk: the test's number, its two hex digits and a message of the engine unit.
+using TestAnswer = std::function<void(int tid, const std::string& id, const std::string& message)>;
 
-// Before each request of a test walk the unit is looked after as the keep-alive timer does:
-// from the third silent reply a new wake-up is tried ("RECONNECTING..."), and at the fourteenth
-// the session is closed and the user told. False ends the walk.
-bool ReviveBeforeRequest(Session& session);
-
-// After each request: a silent reply counts, any answer clears the count.
-void CountReply(Session& session, const std::string& reply);
+// Asks every test of the service that SupportedPids marks (range markers left out), the request
+// being the service, the test's two digits and `suffix`, with "TEST ID...NN" in panel 1. Each
+// engine-unit message of a reply goes to `answer`. Before each request the unit is looked after as
+// the keep-alive tick does: from the third silent reply a new wake-up, and at the fourteenth the
+// session closed and the user told, which ends the walk.
+void WalkTests(Session& session, const std::string& headerByte1, const std::string& headerByte2, int service,
+               const std::string& suffix, const TestAnswer& answer);
 
 } // namespace kvx::obd

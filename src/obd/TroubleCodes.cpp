@@ -2,6 +2,8 @@
 
 #include "data/DtcDescriptions.h"
 #include "link/LinkSession.h"
+#include "link/ReplyText.h"
+#include "obd/FrameText.h"
 #include "obd/RequestCycle.h"
 #include "obd/ServiceCycle.h"
 #include "obd/TextColumns.h"
@@ -65,13 +67,13 @@ void ReadTroubleCodes(Session& session, const std::string& headerByte1, const st
 {
     if (session.LinkDown)
         return;
-    const std::string reply = RequestCycle(session, headerByte1 + headerByte2 + "F1" + service);
+    const std::string reply = RequestCycle(session, link::genericRequest(headerByte1, headerByte2, service));
     auto& box = session.screen.txtMode347;
     session.screen.StatusBar1.setText(3, "");
 
     TroubleCodeListing listing(
         [&session](const std::string& code) { return data::DtcDescription(session.DtcDescriptions, code); });
-    for (const auto& frame : SplitFrames(reply)) {
+    for (const auto& frame : link::splitReply(reply)) {
         session.shell.processEvents();
         if (FromEcu(session, frame))
             box.insertAtCaret(SelectedText(box) + listing.addFrame(session.link.FormatTroubleCode(frame, 1)));
@@ -86,11 +88,11 @@ void ClearTroubleCodes(Session& session, const std::string& headerByte1, const s
     if (session.LinkDown)
         return;
     session.screen.StatusBar1.setText(3, "");
-    const std::string reply = RequestCycle(session, headerByte1 + headerByte2 + "F1" + service);
+    const std::string reply = RequestCycle(session, link::genericRequest(headerByte1, headerByte2, service));
     session.screen.StatusBar1.setText(3, "");
 
     auto& box = session.screen.txtMode347;
-    for (const auto& frame : SplitFrames(reply)) {
+    for (const auto& frame : link::splitReply(reply)) {
         session.shell.processEvents();
         if (FromEcu(session, frame)) {
             box.insertAtCaret(session.link.FormatServiceReply(frame) + kLineBreak);

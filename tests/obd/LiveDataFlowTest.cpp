@@ -1,8 +1,8 @@
+#include "link/ReplyText.h"
 #include "log/LogFile.h"
 #include "obd/Connection.h"
 #include "obd/KeepAlive.h"
 #include "obd/LiveData.h"
-#include "obd/RequestCycle.h"
 #include "support/CoreVehicle.h"
 
 #include <QTemporaryDir>
@@ -40,9 +40,9 @@ TEST(LiveData, RowsFillFromTheUnitInUseOnlyAndOnlyItsMessagesAreLogged)
     EXPECT_FALSE(car.session.Busy);
     EXPECT_TRUE(car.screen.tmrKeepAlive.enabled());
 
-    const auto messages = SplitMessages(car.session.LastResponse);
+    const auto messages = link::splitReply(car.session.LastResponse);
     ASSERT_EQ(messages.size(), 2u);
-    const std::string& fromEngine = SourceAddress(messages[0]) == "10" ? messages[0] : messages[1];
+    const std::string& fromEngine = link::sourceText(messages[0]) == "10" ? messages[0] : messages[1];
     EXPECT_EQ(car.screen.GridMode1.text(1, ValueColumn), car.link.FormatLiveValue(fromEngine, 1));
     EXPECT_EQ(car.screen.GridMode1.text(1, AltValueColumn), car.link.FormatLiveValue(fromEngine, 2));
 

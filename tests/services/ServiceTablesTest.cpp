@@ -1,4 +1,3 @@
-#include "obd/FrameText.h"
 #include "obd/O2SensorList.h"
 #include "obd/O2SensorNames.h"
 #include "obd/TextColumns.h"
@@ -42,15 +41,6 @@ TEST(PadOrCut, PadsCutsAndCountsCharactersNotBytes)
     EXPECT_EQ(PadOrCut("90 \xC2\xB0" "C", 6), "90 \xC2\xB0" "C ");
     EXPECT_EQ(PadOrCut("12345\xC2\xB0", 5), "12345");
     EXPECT_EQ(PadOrCut("1234\xC2\xB0" "C", 5), "1234\xC2\xB0");
-}
-
-TEST(SplitFrames, EveryPieceIsAFrameAndAnEmptyReplyIsOneEmptyFrame)
-{
-    EXPECT_EQ(SplitFrames("486B104300:486B1843"), (std::vector<std::string>{"486B104300", "486B1843"}));
-    EXPECT_EQ(SplitFrames(""), std::vector<std::string>{""});
-    EXPECT_EQ(SplitFrames("486B10:"), (std::vector<std::string>{"486B10", ""}));
-    EXPECT_EQ(FrameSource("486B10"), "10");
-    EXPECT_EQ(FrameSource("486B1"), "");
 }
 
 } // namespace
