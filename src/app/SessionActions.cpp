@@ -30,6 +30,23 @@ namespace kvx::app {
 
 namespace {
 
+// The main window's close check. Refuses (false, with the reason in the status bar) while a log
+// plays or a unit is connected; otherwise finishes the log file and saves the P3 delay.
+bool mayClose(Session& session)
+{
+    if (session.Replaying) {
+        session.screen.StatusBar1.setText(1, "STOP PLAYING LOG");
+        return false;
+    }
+    if (!session.LinkDown) {
+        session.screen.StatusBar1.setText(1, "DISCONNECT TO EXIT");
+        return false;
+    }
+    log::CloseLogOnExit(session);
+    settings::SaveP3Delay(session.settings);
+    return true;
+}
+
 // Marks a command as running for as long as it lasts, however it ends.
 class Running {
 public:
@@ -191,9 +208,9 @@ MainActions BindSessionActions(Session& s, const std::string& programFolder)
     a.SliderMoved = [&s](int value) { obd::RunCommand(s, [&] { settings::SetP3FromSlider(s, value); }); };
     // A close check that faults keeps the window open, with the fault on screen.
     a.QueryClose = [&s] {
-        bool mayClose = false;
-        obd::RunCommand(s, [&] { mayClose = obd::QueryClose(s); });
-        return mayClose;
+        bool closing = false;
+        obd::RunCommand(s, [&] { closing = mayClose(s); });
+        return closing;
     };
     return a;
 }

@@ -3,6 +3,7 @@
 #include "cli/ConsoleSession.h"
 #include "cli/Interrupt.h"
 #include "cli/LivePrinter.h"
+#include "data/GridLayouts.h"
 #include "enhanced/Modules.h"
 #include "log/LogFormat.h"
 #include "log/Recorder.h"
@@ -45,7 +46,7 @@ std::set<std::string> selectRows(Session& session, const std::set<std::string>& 
     std::set<std::string> missing = wanted;
     GridModel& grid = session.screen.GridMode1;
     for (int row = 1; row < grid.rows(); ++row) {
-        const std::string id = grid.text(row, obd::PidColumn);
+        const std::string id = grid.text(row, data::PidColumn);
         std::erase_if(missing, [&id](const std::string& w) { return id.compare(0, w.size(), w) == 0; });
         if (!wanted.empty() && !isWanted(id, wanted))
             obd::ToggleLiveDataRow(session, row);

@@ -4,7 +4,7 @@
 #include "cli/TracePrinter.h"
 #include "link/LinkSession.h"
 #include "ports/WireFactory.h"
-#include "settings/CommSettings.h"
+#include "session/CommSettings.h"
 
 #include <QCommandLineParser>
 #include <cstdio>

@@ -1,8 +1,8 @@
 #include "cli/LivePrinter.h"
 
 #include "cli/ScreenText.h"
+#include "data/GridLayouts.h"
 #include "log/LogExport.h"
-#include "obd/LiveData.h"
 #include "session/GridModel.h"
 
 #include <algorithm>
@@ -17,7 +17,7 @@ constexpr const char* kNoAnswer = "(no answer)";
 
 bool ticked(const GridModel& grid, int row)
 {
-    return grid.text(row, obd::MarkerColumn) != obd::kEmptyMarker;
+    return grid.text(row, data::MarkerColumn) != data::kEmptyMarker;
 }
 
 QString timeText(const QDateTime& time)
@@ -33,11 +33,11 @@ LivePrinter::LivePrinter(GridModel& grid, OutputFormat format, const QString& it
     for (int row = 1; row < grid_.rows(); ++row) {
         if (!ticked(grid_, row))
             continue;
-        idWidth_ = std::max(idWidth_, DisplayWidth(grid_.text(row, obd::PidColumn)));
-        descriptionWidth_ = std::max(descriptionWidth_, DisplayWidth(grid_.text(row, obd::DescriptionColumn)));
+        idWidth_ = std::max(idWidth_, DisplayWidth(grid_.text(row, data::PidColumn)));
+        descriptionWidth_ = std::max(descriptionWidth_, DisplayWidth(grid_.text(row, data::DescriptionColumn)));
     }
     watch_ = QObject::connect(&grid_, &GridModel::cellChanged, [this](int row, int col) {
-        if (col == obd::ValueColumn && row >= 0 && static_cast<std::size_t>(row) < arrived_.size())
+        if (col == data::ValueColumn && row >= 0 && static_cast<std::size_t>(row) < arrived_.size())
             arrived_[static_cast<std::size_t>(row)] = QDateTime::currentDateTimeUtc();
     });
     if (format_ == OutputFormat::Csv) {
@@ -56,8 +56,8 @@ void LivePrinter::startPass()
     for (int row = 1; row < grid_.rows(); ++row) {
         if (!ticked(grid_, row))
             continue;
-        grid_.setText(row, obd::ValueColumn, "");
-        grid_.setText(row, obd::AltValueColumn, "");
+        grid_.setText(row, data::ValueColumn, "");
+        grid_.setText(row, data::AltValueColumn, "");
     }
     arrived_.assign(static_cast<std::size_t>(grid_.rows()), QDateTime());
 }
@@ -68,10 +68,10 @@ void LivePrinter::printPass(long pass, bool cutShort)
     for (int row = 1; row < grid_.rows(); ++row) {
         if (!ticked(grid_, row))
             continue;
-        const std::string& id = grid_.text(row, obd::PidColumn);
-        const std::string& description = grid_.text(row, obd::DescriptionColumn);
-        const std::string& metric = grid_.text(row, obd::ValueColumn);
-        const std::string& us = grid_.text(row, obd::AltValueColumn);
+        const std::string& id = grid_.text(row, data::PidColumn);
+        const std::string& description = grid_.text(row, data::DescriptionColumn);
+        const std::string& metric = grid_.text(row, data::ValueColumn);
+        const std::string& us = grid_.text(row, data::AltValueColumn);
         const bool answered = !metric.empty() || !us.empty();
         if (!answered && cutShort)
             continue;

@@ -1,5 +1,5 @@
-#include "data/GridLayouts.h"
 
+#include "data/GridLayouts.h"
 #include "session/MainScreen.h"
 
 #include <initializer_list>
@@ -40,7 +40,12 @@ void LayoutLiveDataGrid(GridModel& grid)
     const GridCell markerHeading = grid.cell(0, 0);
     grid.clear();
     grid.setCell(0, 0, markerHeading);
-    writeHeadings(grid, 1, {"PID", "DESCRIPTION", "UNIT", "UNIT"});
+    writeHeadings(grid, PidColumn, {"PID", "DESCRIPTION", "UNIT", "UNIT"});
+}
+
+GridCell MarkerCell(const char* text)
+{
+    return GridCell{text, kBlack, kMarkerFont, 14, true};
 }
 
 } // namespace kvx::data

@@ -1,14 +1,13 @@
 #include "enhanced/NissanConnection.h"
 
 #include "data/GridLayouts.h"
-#include "enhanced/ItemRows.h"
+#include "data/ItemRows.h"
 #include "enhanced/NissanKeepAlive.h"
 #include "enhanced/SensorRows.h"
 #include "link/Hex.h"
 #include "link/LinkSession.h"
 #include "obd/CommandGuard.h"
 #include "obd/Connection.h"
-#include "obd/LiveData.h"
 #include "obd/RequestCycle.h"
 #include "session/MainScreen.h"
 #include "session/Session.h"
@@ -152,7 +151,7 @@ void AddNissanSensors(Session& session)
             // A switch register lists only the bits this unit type names.
             const std::string identifier =
                 link::toHex(static_cast<std::uint8_t>(block)) + link::toHex(static_cast<std::uint8_t>(row));
-            for (const ItemRow& item : NissanRows(session.nissanDecoder, identifier, session.ModuleIndex))
+            for (const data::ItemRow& item : data::NissanRows(session.nissanDecoder, identifier, session.ModuleIndex))
                 AddSensorRow(session, count, item.label, item.name);
         }
     }

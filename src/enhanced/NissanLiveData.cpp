@@ -1,12 +1,12 @@
 #include "enhanced/NissanLiveData.h"
 
-#include "enhanced/ItemRows.h"
+#include "data/GridLayouts.h"
+#include "data/ItemRows.h"
 #include "enhanced/NissanConnection.h"
 #include "enhanced/NissanKeepAlive.h"
 #include "enhanced/SensorRows.h"
 #include "log/LogFile.h"
 #include "obd/KeepAlive.h"
-#include "obd/LiveData.h"
 #include "obd/LiveLoop.h"
 #include "obd/RequestCycle.h"
 #include "session/MainScreen.h"
@@ -22,10 +22,10 @@ constexpr std::size_t kIdentifierLength = 4;
 void showReply(Session& session, int row, const std::string& reply)
 {
     GridModel& grid = session.screen.GridMode1;
-    const std::string label = grid.text(row, obd::PidColumn);
+    const std::string label = grid.text(row, data::PidColumn);
     for (int kind : {1, 2})
-        grid.setText(row, kind == 1 ? obd::ValueColumn : obd::AltValueColumn,
-                     NissanRowValue(session.nissanDecoder, label, reply, kind, session.ModuleIndex));
+        grid.setText(row, kind == 1 ? data::ValueColumn : data::AltValueColumn,
+                     data::NissanRowValue(session.nissanDecoder, label, reply, kind, session.ModuleIndex));
 }
 
 } // namespace
@@ -42,7 +42,7 @@ bool PollNissanLiveData(Session& session)
     const auto highlight = [&](int row) { HighlightPolledRow(session, row); };
     return obd::WalkLiveRows(session, highlight, [&](int row) {
         // A switch row asks for its whole register; the bit is picked out of the reply.
-        const std::string identifier = session.screen.GridMode1.text(row, obd::PidColumn).substr(0, kIdentifierLength);
+        const std::string identifier = session.screen.GridMode1.text(row, data::PidColumn).substr(0, kIdentifierLength);
         const std::string reply = obd::RequestCycle(session, "0522" + identifier + "0401");
         if (obd::CountLiveSilence(session, reply, [&] { ReconnectNissan(session); })) {
             obd::DropSilentSession(session);

@@ -1,7 +1,7 @@
 #include "enhanced/ToyotaConnection.h"
 
 #include "data/GridLayouts.h"
-#include "enhanced/ItemRows.h"
+#include "data/ItemRows.h"
 #include "enhanced/SensorRows.h"
 #include "link/Hex.h"
 #include "obd/Connection.h"
@@ -51,7 +51,7 @@ void AddToyotaSensors(Session& session)
     for (int pid = kFirstPid; pid <= kLastPid; ++pid) {
         if (!session.SupportedPids[static_cast<std::size_t>(pid)][0])
             continue;
-        for (const ItemRow& row : ToyotaRows(session.toyotaDecoder, link::toHex(static_cast<std::uint8_t>(pid)))) {
+        for (const data::ItemRow& row : data::ToyotaRows(session.toyotaDecoder, link::toHex(static_cast<std::uint8_t>(pid)))) {
             AddSensorRow(session, count, row.label, row.name);
             for (ListModel& list : lists)
                 list.addItem(row.label + " - " + row.name);

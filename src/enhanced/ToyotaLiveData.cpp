@@ -1,13 +1,13 @@
 #include "enhanced/ToyotaLiveData.h"
 
-#include "enhanced/ItemRows.h"
+#include "data/GridLayouts.h"
+#include "data/ItemRows.h"
 #include "enhanced/SensorRows.h"
 #include "link/ReplyText.h"
 #include "log/LogFile.h"
 #include "obd/FrameText.h"
 #include "obd/KeepAlive.h"
 #include "obd/LiveCombo.h"
-#include "obd/LiveData.h"
 #include "obd/LiveLoop.h"
 #include "obd/RequestCycle.h"
 #include "session/MainScreen.h"
@@ -24,7 +24,7 @@ constexpr std::size_t kLabelLength = 6;
 
 std::string valueText(const Session& session, const std::string& label, const std::string& message, int kind)
 {
-    return ToyotaRowValue(session.toyotaDecoder, label, message, kind);
+    return data::ToyotaRowValue(session.toyotaDecoder, label, message, kind);
 }
 
 // One reply serves every row of its parameter, whichever row asked.
@@ -35,11 +35,11 @@ void showReply(Session& session, const std::string& polledLabel, const std::stri
     for (const std::string& message : obd::EcuMessages(session, reply)) {
         log::WriteLogFrame(session, message + " " + polledLabel);
         for (int row = 1; row < grid.rows(); ++row) {
-            const std::string& label = grid.text(row, obd::PidColumn);
+            const std::string& label = grid.text(row, data::PidColumn);
             if (label.rfind(pid, 0) != 0)
                 continue;
-            grid.setText(row, obd::ValueColumn, valueText(session, label, message, 1));
-            grid.setText(row, obd::AltValueColumn, valueText(session, label, message, 2));
+            grid.setText(row, data::ValueColumn, valueText(session, label, message, 1));
+            grid.setText(row, data::AltValueColumn, valueText(session, label, message, 2));
         }
     }
 }
@@ -67,7 +67,7 @@ bool PollToyotaLiveData(Session& session, const std::string& headerByte1, const 
     std::set<std::string> asked;
     const auto highlight = [&](int row) { HighlightPolledRow(session, row); };
     return obd::WalkLiveRows(session, highlight, [&](int row) {
-        const std::string label = session.screen.GridMode1.text(row, obd::PidColumn);
+        const std::string label = session.screen.GridMode1.text(row, data::PidColumn);
         const std::string pid = label.substr(0, 2);
         if (!asked.insert(pid).second)
             return true;

@@ -1,18 +1,17 @@
 #include "log/EnhancedReplay.h"
 
 #include "data/GridLayouts.h"
-#include "enhanced/ItemRows.h"
+#include "data/ItemRows.h"
 #include "link/ReplyText.h"
 #include "link/decode/NissanDecoder.h"
 #include "link/decode/ToyotaDecoder.h"
-#include "obd/LiveData.h"
 #include "session/GridModel.h"
 
 #include <set>
 
 namespace kvx::log {
 
-using enhanced::ItemRow;
+using data::ItemRow;
 
 namespace {
 
@@ -38,11 +37,11 @@ void showRows(GridModel& grid, const std::string& item, const std::function<std:
     if (item.empty())
         return;
     for (int row = 1; row < grid.rows(); ++row) {
-        const std::string label = grid.text(row, obd::PidColumn);
+        const std::string label = grid.text(row, data::PidColumn);
         if (label.compare(0, item.size(), item) != 0)
             continue;
-        grid.setText(row, obd::ValueColumn, value(label, 1));
-        grid.setText(row, obd::AltValueColumn, value(label, 2));
+        grid.setText(row, data::ValueColumn, value(label, 1));
+        grid.setText(row, data::AltValueColumn, value(label, 2));
     }
 }
 
@@ -68,12 +67,12 @@ FrameHandler NissanFrameHandler(GridModel& grid, const link::NissanDecoder& deco
     handler.prepare = [&grid, &decoder, moduleIndex](const std::vector<std::string>& frames) {
         const int module = moduleIndex();
         prepareRows(grid, frames, NissanFrameIdentifier,
-                    [&](const std::string& id) { return enhanced::NissanRows(decoder, id, module); });
+                    [&](const std::string& id) { return data::NissanRows(decoder, id, module); });
     };
     handler.show = [&grid, &decoder, moduleIndex](const std::string& frame) {
         const int module = moduleIndex();
         showRows(grid, NissanFrameIdentifier(frame), [&](const std::string& label, int kind) {
-            return enhanced::NissanRowValue(decoder, label, frame, kind, module);
+            return data::NissanRowValue(decoder, label, frame, kind, module);
         });
     };
     return handler;
@@ -84,12 +83,12 @@ FrameHandler ToyotaFrameHandler(GridModel& grid, const link::ToyotaDecoder& deco
     FrameHandler handler;
     handler.prepare = [&grid, &decoder](const std::vector<std::string>& frames) {
         prepareRows(grid, frames, [](const std::string& frame) { return ToyotaParameter(ToyotaFrameMessage(frame)); },
-                    [&](const std::string& parameter) { return enhanced::ToyotaRows(decoder, parameter); });
+                    [&](const std::string& parameter) { return data::ToyotaRows(decoder, parameter); });
     };
     handler.show = [&grid, &decoder](const std::string& frame) {
         const std::string message = ToyotaFrameMessage(frame);
         showRows(grid, ToyotaParameter(message), [&](const std::string& label, int kind) {
-            return enhanced::ToyotaRowValue(decoder, label, message, kind);
+            return data::ToyotaRowValue(decoder, label, message, kind);
         });
     };
     return handler;

@@ -1,6 +1,6 @@
 #include "log/LogExport.h"
 
-#include "enhanced/ItemRows.h"
+#include "data/ItemRows.h"
 #include "link/decode/NissanDecoder.h"
 #include "link/decode/ToyotaDecoder.h"
 #include "log/EnhancedReplay.h"
@@ -57,9 +57,9 @@ FrameRows nissanRows()
         const std::string id = NissanFrameIdentifier(frame);
         if (id.empty())
             return rows;
-        for (const enhanced::ItemRow& row : enhanced::NissanRows(decoder, id, ModuleNissanEcu))
-            rows.push_back({row.label, row.name, enhanced::NissanRowValue(decoder, row.label, frame, 1, ModuleNissanEcu),
-                            enhanced::NissanRowValue(decoder, row.label, frame, 2, ModuleNissanEcu)});
+        for (const data::ItemRow& row : data::NissanRows(decoder, id, ModuleNissanEcu))
+            rows.push_back({row.label, row.name, data::NissanRowValue(decoder, row.label, frame, 1, ModuleNissanEcu),
+                            data::NissanRowValue(decoder, row.label, frame, 2, ModuleNissanEcu)});
         return rows;
     };
 }
@@ -74,9 +74,9 @@ FrameRows toyotaRows()
         const std::string parameter = ToyotaParameter(message);
         if (parameter.empty())
             return rows;
-        for (const enhanced::ItemRow& row : enhanced::ToyotaRows(decoder, parameter))
-            rows.push_back({row.label, row.name, enhanced::ToyotaRowValue(decoder, row.label, message, 1),
-                            enhanced::ToyotaRowValue(decoder, row.label, message, 2)});
+        for (const data::ItemRow& row : data::ToyotaRows(decoder, parameter))
+            rows.push_back({row.label, row.name, data::ToyotaRowValue(decoder, row.label, message, 1),
+                            data::ToyotaRowValue(decoder, row.label, message, 2)});
         return rows;
     };
 }

@@ -2,7 +2,6 @@
 
 #include "data/GridLayouts.h"
 #include "link/ReplyText.h"
-#include "obd/LiveData.h"
 #include "session/GridModel.h"
 
 #include <set>
@@ -12,9 +11,9 @@ namespace kvx::log {
 int AddReplayRow(GridModel& grid, const std::string& id, const std::string& description)
 {
     const int row = grid.addRow();
-    grid.setCell(row, obd::MarkerColumn, obd::MarkerCell(obd::kTickedMarker));
-    grid.setText(row, obd::PidColumn, id);
-    grid.setText(row, obd::DescriptionColumn, description);
+    grid.setCell(row, data::MarkerColumn, data::MarkerCell(data::kTickedMarker));
+    grid.setText(row, data::PidColumn, id);
+    grid.setText(row, data::DescriptionColumn, description);
     return row;
 }
 

@@ -6,7 +6,6 @@
 #include "obd/Readings.h"
 #include "session/MainScreen.h"
 #include "session/Session.h"
-#include "settings/SettingsStore.h"
 
 namespace kvx::obd {
 
@@ -39,21 +38,6 @@ void Disconnect(Session& session)
     ClearReadings(session);
     screen.StatusBar1.setText(1, "");
     screen.StatusBar1.setLamp(3, Lamp::Black);
-}
-
-bool QueryClose(Session& session)
-{
-    if (session.Replaying) {
-        session.screen.StatusBar1.setText(1, kStopPlayingLog);
-        return false;
-    }
-    if (!session.LinkDown) {
-        session.screen.StatusBar1.setText(1, kDisconnectToExit);
-        return false;
-    }
-    log::CloseLogOnExit(session);
-    settings::SaveP3Delay(session.settings);
-    return true;
 }
 
 } // namespace kvx::obd

@@ -38,18 +38,18 @@ void showReply(Session& session, int row, const std::string& reply)
     GridModel& grid = session.screen.GridMode1;
     for (const std::string& message : EcuMessages(session, reply)) {
         log::WriteLogFrame(session, message);
-        grid.setText(row, ValueColumn, session.link.FormatLiveValue(message, 1));
-        grid.setText(row, AltValueColumn, session.link.FormatLiveValue(message, 2));
+        grid.setText(row, data::ValueColumn, session.link.FormatLiveValue(message, 1));
+        grid.setText(row, data::AltValueColumn, session.link.FormatLiveValue(message, 2));
     }
 }
 
 // Unticking a row blanks its values: a value nobody polls any more is not shown as current.
 void tickRow(GridModel& grid, int row, bool ticked)
 {
-    grid.setCell(row, MarkerColumn, MarkerCell(ticked ? kTickedMarker : kEmptyMarker));
+    grid.setCell(row, data::MarkerColumn, data::MarkerCell(ticked ? data::kTickedMarker : data::kEmptyMarker));
     if (!ticked) {
-        grid.setText(row, ValueColumn, "");
-        grid.setText(row, AltValueColumn, "");
+        grid.setText(row, data::ValueColumn, "");
+        grid.setText(row, data::AltValueColumn, "");
     }
 }
 
@@ -64,7 +64,7 @@ void StartLiveData(Session& session)
 bool PollLiveData(Session& session, const std::string& headerByte1, const std::string& headerByte2)
 {
     return WalkLiveRows(session, [](int) {}, [&](int row) {
-        const std::string pid = session.screen.GridMode1.text(row, PidColumn);
+        const std::string pid = session.screen.GridMode1.text(row, data::PidColumn);
         const std::string reply = RequestCycle(session, link::genericRequest(headerByte1, headerByte2, "01", pid));
         if (CountLiveSilence(session, reply, [&] { ReconnectAfterSilence(session); })) {
             session.Busy = false;
@@ -87,9 +87,9 @@ void ToggleLiveDataRow(Session& session, int row)
     GridModel& grid = session.screen.GridMode1;
     if (session.Busy || row < 1 || row >= grid.rows())
         return;
-    if (grid.text(row, MarkerColumn) == kTickedMarker)
+    if (grid.text(row, data::MarkerColumn) == data::kTickedMarker)
         tickRow(grid, row, false);
-    else if (grid.text(row, MarkerColumn) == kEmptyMarker)
+    else if (grid.text(row, data::MarkerColumn) == data::kEmptyMarker)
         tickRow(grid, row, true);
 }
 
@@ -99,7 +99,7 @@ void TickAllLiveDataRows(Session& session, bool ticked)
     if (session.Busy)
         return;
     for (int row = 1; row < grid.rows(); ++row)
-        if (grid.text(row, MarkerColumn) == (ticked ? kEmptyMarker : kTickedMarker))
+        if (grid.text(row, data::MarkerColumn) == (ticked ? data::kEmptyMarker : data::kTickedMarker))
             tickRow(grid, row, ticked);
 }
 
@@ -108,7 +108,7 @@ void ToggleAllLiveDataRows(Session& session)
     const GridModel& grid = session.screen.GridMode1;
     bool allTicked = true;
     for (int row = 1; row < grid.rows(); ++row)
-        allTicked = allTicked && grid.text(row, MarkerColumn) != kEmptyMarker;
+        allTicked = allTicked && grid.text(row, data::MarkerColumn) != data::kEmptyMarker;
     TickAllLiveDataRows(session, !allTicked);
 }
 
@@ -120,9 +120,9 @@ void BuildLiveDataGrid(Session& session)
     for (int pid : listedPids(session)) {
         const int row = grid.addRow();
         const std::string pp = link::toHex(static_cast<std::uint8_t>(pid));
-        grid.setCell(row, MarkerColumn, MarkerCell(kTickedMarker));
-        grid.setText(row, PidColumn, pp);
-        grid.setText(row, DescriptionColumn, session.link.DescribePid(pp, layout));
+        grid.setCell(row, data::MarkerColumn, data::MarkerCell(data::kTickedMarker));
+        grid.setText(row, data::PidColumn, pp);
+        grid.setText(row, data::DescriptionColumn, session.link.DescribePid(pp, layout));
     }
 }
 
@@ -156,11 +156,6 @@ void RediscoverSupportedPids(Session& session)
         FillO2SensorList(session);
         RestartKeepAlive(session);
     });
-}
-
-GridCell MarkerCell(const char* text)
-{
-    return GridCell{text, kBlack, kMarkerFont, 14, true};
 }
 
 } // namespace kvx::obd

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "session/GridModel.h"
-
 #include <string>
 
 namespace kvx {
@@ -11,20 +9,9 @@ struct Session;
 namespace kvx::obd {
 
 inline constexpr const char* kLiveDataCaption = "LIVE DATA";
-// The row markers of GridMode1, drawn in the "Wingdings" font: a ticked and an empty box.
-inline constexpr const char* kTickedMarker = "\u00FE";
-inline constexpr const char* kEmptyMarker = "q";
-inline constexpr const char* kMarkerFont = "Wingdings";
-
-// A marker cell of GridMode1's first column (kTickedMarker or kEmptyMarker), centred.
-GridCell MarkerCell(const char* text);
-
 // Silent replies in a row that start reconnection attempts, and that end live data.
 inline constexpr int kLiveReconnectFrom = 3;
 inline constexpr int kLiveGiveUpAt = 6;
-
-// GridMode1 columns (from 0).
-enum LiveColumn : int { MarkerColumn = 0, PidColumn = 1, DescriptionColumn = 2, ValueColumn = 3, AltValueColumn = 4 };
 
 // cmdRequestMode1: polls the ticked rows while "LIVE DATA" is the selected tab, Busy is set and
 // the link is up; the keep-alive timer runs only between passes.

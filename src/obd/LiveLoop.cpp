@@ -1,5 +1,6 @@
 #include "obd/LiveLoop.h"
 
+#include "data/GridLayouts.h"
 #include "link/LinkSession.h"
 #include "obd/CommandGuard.h"
 #include "obd/Connection.h"
@@ -25,7 +26,7 @@ bool stillPolling(const Session& session)
 bool anyTicked(const GridModel& grid)
 {
     for (int row = 1; row < grid.rows(); ++row)
-        if (grid.text(row, MarkerColumn) != kEmptyMarker)
+        if (grid.text(row, data::MarkerColumn) != data::kEmptyMarker)
             return true;
     return false;
 }
@@ -76,7 +77,7 @@ bool WalkLiveRows(Session& session, const std::function<void(int)>& visit, const
             break;
         }
         visit(row);
-        if (grid.text(row, MarkerColumn) != kEmptyMarker && !poll(row))
+        if (grid.text(row, data::MarkerColumn) != data::kEmptyMarker && !poll(row))
             return false;
         session.shell.processEvents();
     }

@@ -1,6 +1,6 @@
 #include "obd/Readings.h"
 
-#include "obd/LiveData.h"
+#include "data/GridLayouts.h"
 #include "session/MainScreen.h"
 #include "session/Session.h"
 
@@ -11,11 +11,11 @@ void ClearReadings(Session& session)
     MainScreen& screen = session.screen;
     GridModel& grid = screen.GridMode1;
     for (int row = 1; row < grid.rows(); ++row) {
-        for (int col : {ValueColumn, AltValueColumn})
+        for (int col : {data::ValueColumn, data::AltValueColumn})
             if (col < grid.cols() && !grid.text(row, col).empty())
                 grid.setText(row, col, "");
-        if (grid.cell(row, MarkerColumn).color != kBlack)
-            grid.setColor(row, MarkerColumn, kBlack);
+        if (grid.cell(row, data::MarkerColumn).color != kBlack)
+            grid.setColor(row, data::MarkerColumn, kBlack);
     }
     session.NissanHighlightRow = 0;
     for (std::size_t slot = 0; slot < screen.lblPid.size(); ++slot) {

@@ -1,7 +1,7 @@
 #include "ports/WireFactory.h"
 
 #include "link/SerialWire.h"
-#include "settings/CommSettings.h"
+#include "session/CommSettings.h"
 
 #include <memory>
 

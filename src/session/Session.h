@@ -2,7 +2,7 @@
 
 #include "link/decode/NissanDecoder.h"
 #include "link/decode/ToyotaDecoder.h"
-#include "settings/CommSettings.h"
+#include "session/CommSettings.h"
 
 #include <array>
 #include <memory>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "settings/CommSettings.h"
+#include "session/CommSettings.h"
 
 #include <QString>
 

@@ -1,3 +1,4 @@
+#include "data/GridLayouts.h"
 #include "enhanced/Modules.h"
 #include "log/EnhancedReplay.h"
 #include "log/LinkReplay.h"
@@ -5,7 +6,6 @@
 #include "log/Recorder.h"
 #include "log/LogTestRig.h"
 #include "obd/Disconnect.h"
-#include "obd/LiveData.h"
 #include "support/CoreVehicle.h"
 
 #include <QDateTime>
@@ -50,7 +50,7 @@ void expectReplayShowsWhatLiveShowed(int module)
     player.play();
     EXPECT_EQ(car.screen.StatusBar1.text(1), "LOG...END");
     EXPECT_EQ(gridTexts(car.screen.GridMode1), live);
-    EXPECT_EQ(car.screen.GridMode1.text(0, obd::PidColumn), "PID");
+    EXPECT_EQ(car.screen.GridMode1.text(0, data::PidColumn), "PID");
 }
 
 TEST(EnhancedReplay, NissanEngineLogReplaysToTheLiveGridSwitchRowsIncluded) { expectReplayShowsWhatLiveShowed(ModuleNissanEcu); }
@@ -67,10 +67,10 @@ TEST(EnhancedReplay, DamagedAndForeignFramesChangeNothing)
     EXPECT_EQ(grid.rows(), 1);
     handler.prepare({"0562110104D2"});
     ASSERT_EQ(grid.rows(), 2);
-    const std::string shown = grid.text(1, obd::ValueColumn);
+    const std::string shown = grid.text(1, data::ValueColumn);
     for (const char* frame : {"037F2231", "", "0662", "0562110204D2"})
         handler.show(frame);
-    EXPECT_EQ(grid.text(1, obd::ValueColumn), shown);
+    EXPECT_EQ(grid.text(1, data::ValueColumn), shown);
 
     const link::ToyotaDecoder toyota;
     handler = log::ToyotaFrameHandler(grid, toyota);

@@ -1,9 +1,9 @@
+#include "data/GridLayouts.h"
 #include "enhanced/Modules.h"
 #include "enhanced/NissanKeepAlive.h"
 #include "enhanced/NissanLiveData.h"
 #include "log/LogFile.h"
 #include "obd/KeepAlive.h"
-#include "obd/LiveData.h"
 #include "support/CoreVehicle.h"
 
 #include <QTemporaryDir>
@@ -43,8 +43,8 @@ struct NissanCar : test::CoreVehicle {
     {
         GridModel& grid = screen.GridMode1;
         grid.setRows(2);
-        grid.setCell(1, obd::MarkerColumn, obd::MarkerCell(obd::kTickedMarker));
-        grid.setText(1, obd::PidColumn, label);
+        grid.setCell(1, data::MarkerColumn, data::MarkerCell(data::kTickedMarker));
+        grid.setText(1, data::PidColumn, label);
     }
 
     bool connected = false;
@@ -57,21 +57,21 @@ TEST(NissanLiveData, UntickedRowsAreHighlightedButNotAsked)
     GridModel& grid = car.screen.GridMode1;
     ASSERT_GE(grid.rows(), 4);
     car.untickAll();
-    grid.setText(2, obd::MarkerColumn, obd::kTickedMarker);
-    const std::string second = grid.text(2, obd::PidColumn);
+    grid.setText(2, data::MarkerColumn, data::kTickedMarker);
+    const std::string second = grid.text(2, data::PidColumn);
 
     car.stopAfter(grid.rows() - 1);
     car.session.LastFrame.clear();
     StartModuleLiveData(car.session);
 
     EXPECT_NE(car.session.LastFrame.find("22" + second + "0401"), std::string::npos) << car.session.LastFrame;
-    EXPECT_FALSE(grid.text(2, obd::ValueColumn).empty());
-    EXPECT_TRUE(grid.text(1, obd::ValueColumn).empty());
+    EXPECT_FALSE(grid.text(2, data::ValueColumn).empty());
+    EXPECT_TRUE(grid.text(1, data::ValueColumn).empty());
     // The pass ended on the last row, which keeps the green highlight; the rows before lost theirs.
     const int last = grid.rows() - 1;
-    EXPECT_EQ(grid.cell(last, obd::MarkerColumn).color, kGreen);
+    EXPECT_EQ(grid.cell(last, data::MarkerColumn).color, kGreen);
     for (int row = 1; row < last; ++row)
-        EXPECT_EQ(grid.cell(row, obd::MarkerColumn).color, kBlack) << row;
+        EXPECT_EQ(grid.cell(row, data::MarkerColumn).color, kBlack) << row;
     EXPECT_FALSE(car.session.Busy);
     EXPECT_TRUE(car.screen.tmrKeepAliveEnhance.enabled());
     EXPECT_FALSE(car.screen.tmrKeepAlive.enabled());
@@ -92,8 +92,8 @@ TEST(NissanLiveData, SwitchRowAsksForItsRegisterAndShowsItsBit)
     ASSERT_EQ(reply.substr(2, 6), "621302");
     const int registerBits = std::stoi(reply.substr(8, 2), nullptr, 16);
     const GridModel& grid = car.screen.GridMode1;
-    EXPECT_EQ(grid.text(1, obd::ValueColumn), (registerBits & 0x80) ? "ON" : "OFF");
-    EXPECT_TRUE(grid.text(1, obd::AltValueColumn).empty());
+    EXPECT_EQ(grid.text(1, data::ValueColumn), (registerBits & 0x80) ? "ON" : "OFF");
+    EXPECT_TRUE(grid.text(1, data::AltValueColumn).empty());
 }
 
 TEST(NissanLiveData, SixMissesInARowEndTheSessionAfterThreeWakeUps)
@@ -142,7 +142,7 @@ TEST(NissanLiveData, RecordingRedHighlightAndEveryReplyAFrameEmptyOnesToo)
     };
     RunNissanLiveData(car.session);
 
-    EXPECT_EQ(car.screen.GridMode1.cell(1, obd::MarkerColumn).color, kRed);
+    EXPECT_EQ(car.screen.GridMode1.cell(1, data::MarkerColumn).color, kRed);
     ASSERT_EQ(car.session.LogRecordNumber - first, 3);
     for (long n = 0; n < 3; ++n)
         EXPECT_EQ(car.session.LogFileHandle->readRecord(first + n).value(), replies[static_cast<std::size_t>(n)]);

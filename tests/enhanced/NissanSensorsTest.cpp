@@ -1,6 +1,6 @@
+#include "data/GridLayouts.h"
 #include "enhanced/Modules.h"
 #include "enhanced/NissanConnection.h"
-#include "obd/LiveData.h"
 #include "sim/EngineUnit.h"
 #include "support/CoreVehicle.h"
 #include "support/VehicleSession.h"
@@ -73,8 +73,8 @@ TEST(NissanSupport, AShortReplyMarksOnlyItsOwnBitmapByte)
         if (marked(car.session, row, kBlock11))
             rows.push_back(row);
     EXPECT_EQ(rows, std::vector<std::size_t>{1}) << "the reply 04 62 11 00 80 names 1101 alone";
-    EXPECT_EQ(car.screen.GridMode1.text(1, obd::PidColumn), "1101");
-    EXPECT_NE(car.screen.GridMode1.text(2, obd::PidColumn).substr(0, 3), "110");
+    EXPECT_EQ(car.screen.GridMode1.text(1, data::PidColumn), "1101");
+    EXPECT_NE(car.screen.GridMode1.text(2, data::PidColumn).substr(0, 3), "110");
 }
 
 TEST(NissanSupport, DamagedRepliesMarkNothing)
@@ -101,11 +101,11 @@ TEST(NissanSensors, RangeMarkersAreSkippedAndEveryOtherItemOfBlocks11To12Listed)
     AddNissanSensors(v.session);
     const GridModel& grid = v.screen.GridMode1;
     ASSERT_EQ(grid.rows(), 4);
-    EXPECT_EQ(grid.text(1, obd::PidColumn), "1101");
-    EXPECT_EQ(grid.text(2, obd::PidColumn), "1160");
-    EXPECT_EQ(grid.text(3, obd::PidColumn), "1203");
-    EXPECT_EQ(grid.text(3, obd::MarkerColumn), obd::kTickedMarker);
-    EXPECT_EQ(grid.cell(3, obd::MarkerColumn).fontName, obd::kMarkerFont);
+    EXPECT_EQ(grid.text(1, data::PidColumn), "1101");
+    EXPECT_EQ(grid.text(2, data::PidColumn), "1160");
+    EXPECT_EQ(grid.text(3, data::PidColumn), "1203");
+    EXPECT_EQ(grid.text(3, data::MarkerColumn), data::kTickedMarker);
+    EXPECT_EQ(grid.cell(3, data::MarkerColumn).fontName, data::kMarkerFont);
     EXPECT_EQ(v.screen.StatusBar1.text(1), "ADDING SENSORS 3");
 }
 

@@ -1,6 +1,6 @@
+#include "data/GridLayouts.h"
 #include "enhanced/Modules.h"
 #include "enhanced/NissanConnection.h"
-#include "obd/LiveData.h"
 #include "support/CoreVehicle.h"
 
 #include <algorithm>
@@ -28,7 +28,7 @@ TEST(NissanConnect, TransmissionUnitIsWokenByFastInitAndListedAs10)
     for (int n = 1; n <= kNissanSupportRequests; ++n)
         EXPECT_EQ(car.countStatus("REQUESTING" + std::string(static_cast<std::size_t>(n), '.')), 1) << n;
     ASSERT_GT(car.screen.GridMode1.rows(), 1);
-    EXPECT_EQ(car.screen.GridMode1.text(1, obd::PidColumn), "1101");
+    EXPECT_EQ(car.screen.GridMode1.text(1, data::PidColumn), "1101");
     // The start frame went out addressed to the transmission unit.
     std::string sent;
     for (const auto& byte : car.vehicle.record().bytes(sim::Origin::Tester))
@@ -48,9 +48,9 @@ TEST(NissanConnect, EngineListsItsItemsAndOnlyTheNamedSwitches)
     std::vector<std::string> labels;
     const GridModel& grid = car.screen.GridMode1;
     for (int row = 1; row < grid.rows(); ++row) {
-        labels.push_back(grid.text(row, obd::PidColumn));
+        labels.push_back(grid.text(row, data::PidColumn));
         // Only the stale entry lacks a name on this unit.
-        EXPECT_EQ(grid.text(row, obd::DescriptionColumn).empty(), labels.back() == "1150") << labels.back();
+        EXPECT_EQ(grid.text(row, data::DescriptionColumn).empty(), labels.back() == "1150") << labels.back();
     }
     const auto listed = [&](const std::string& label) {
         return std::find(labels.begin(), labels.end(), label) != labels.end();

@@ -1,10 +1,10 @@
+#include "data/GridLayouts.h"
 #include "enhanced/Modules.h"
 #include "enhanced/ToyotaConnection.h"
 #include "enhanced/ToyotaLiveData.h"
 #include "log/LogFile.h"
 #include "obd/Connection.h"
 #include "obd/LiveCombo.h"
-#include "obd/LiveData.h"
 #include "support/CoreVehicle.h"
 
 #include <QTemporaryDir>
@@ -25,8 +25,8 @@ void setRows(test::CoreVehicle& car, std::initializer_list<const char*> labels)
     grid.setRows(1);
     for (const char* label : labels) {
         const int row = grid.addRow();
-        grid.setCell(row, obd::MarkerColumn, obd::MarkerCell(obd::kTickedMarker));
-        grid.setText(row, obd::PidColumn, label);
+        grid.setCell(row, data::MarkerColumn, data::MarkerCell(data::kTickedMarker));
+        grid.setText(row, data::PidColumn, label);
     }
 }
 
@@ -65,14 +65,14 @@ TEST(ToyotaConnect, AsksTheThreeManufacturerBitmapsAndMarksWhatTheyHold)
     // One row and one combo entry per named sub-value, in parameter, byte and sub-value order.
     const GridModel& grid = car.screen.GridMode1;
     ASSERT_GT(grid.rows(), 3);
-    EXPECT_EQ(grid.text(1, obd::PidColumn), "B101 0");
-    EXPECT_EQ(grid.text(2, obd::PidColumn), "B103 0");
-    EXPECT_EQ(grid.text(1, obd::DescriptionColumn), car.session.toyotaDecoder.SensorName("B1", 1, 0));
-    EXPECT_EQ(grid.text(1, obd::MarkerColumn), obd::kTickedMarker);
+    EXPECT_EQ(grid.text(1, data::PidColumn), "B101 0");
+    EXPECT_EQ(grid.text(2, data::PidColumn), "B103 0");
+    EXPECT_EQ(grid.text(1, data::DescriptionColumn), car.session.toyotaDecoder.SensorName("B1", 1, 0));
+    EXPECT_EQ(grid.text(1, data::MarkerColumn), data::kTickedMarker);
     for (const ListModel& list : car.screen.cmbPid) {
         ASSERT_EQ(static_cast<int>(list.items().size()), grid.rows());
         EXPECT_EQ(list.items().front(), "OFF");
-        EXPECT_EQ(list.items()[2], "B103 0 - " + grid.text(2, obd::DescriptionColumn));
+        EXPECT_EQ(list.items()[2], "B103 0 - " + grid.text(2, data::DescriptionColumn));
         EXPECT_EQ(list.text(), "OFF");
     }
 }
@@ -82,7 +82,7 @@ TEST(ToyotaLiveData, OneRequestServesEveryRowOfItsParameterAndIsRecordedWithTheR
     test::CoreVehicle car;
     ASSERT_TRUE(ConnectModule(car.session, ModuleToyota));
     setRows(car, {"B101 0", "B103 0", "C101 0"});
-    car.screen.GridMode1.setText(3, obd::MarkerColumn, obd::kEmptyMarker);
+    car.screen.GridMode1.setText(3, data::MarkerColumn, data::kEmptyMarker);
     QTemporaryDir dir;
     car.session.LogFileHandle =
         std::make_shared<log::LogFile>(dir.filePath("t.log").toStdString(), log::LogFile::Mode::Create);
@@ -101,13 +101,13 @@ TEST(ToyotaLiveData, OneRequestServesEveryRowOfItsParameterAndIsRecordedWithTheR
     ASSERT_EQ(reply.substr(0, 10), "486B1041B1");
     const GridModel& grid = car.screen.GridMode1;
     // Engine speed from the first two data bytes, vehicle speed from the third.
-    EXPECT_EQ(grid.text(1, obd::ValueColumn), car.session.toyotaDecoder.SensorValue(1, 0, reply, 1));
-    EXPECT_EQ(grid.text(2, obd::ValueColumn), car.session.toyotaDecoder.SensorValue(3, 0, reply, 1));
-    EXPECT_EQ(grid.text(2, obd::AltValueColumn), car.session.toyotaDecoder.SensorValue(3, 0, reply, 2));
-    EXPECT_NE(grid.text(1, obd::ValueColumn), "");
-    EXPECT_NE(grid.text(2, obd::ValueColumn), "");
-    EXPECT_NE(grid.text(1, obd::ValueColumn), grid.text(2, obd::ValueColumn));
-    EXPECT_EQ(grid.text(3, obd::ValueColumn), "");
+    EXPECT_EQ(grid.text(1, data::ValueColumn), car.session.toyotaDecoder.SensorValue(1, 0, reply, 1));
+    EXPECT_EQ(grid.text(2, data::ValueColumn), car.session.toyotaDecoder.SensorValue(3, 0, reply, 1));
+    EXPECT_EQ(grid.text(2, data::AltValueColumn), car.session.toyotaDecoder.SensorValue(3, 0, reply, 2));
+    EXPECT_NE(grid.text(1, data::ValueColumn), "");
+    EXPECT_NE(grid.text(2, data::ValueColumn), "");
+    EXPECT_NE(grid.text(1, data::ValueColumn), grid.text(2, data::ValueColumn));
+    EXPECT_EQ(grid.text(3, data::ValueColumn), "");
     ASSERT_EQ(car.session.LogRecordNumber - first, 1);
     EXPECT_EQ(car.session.LogFileHandle->readRecord(first).value(), reply + " B101 0");
     EXPECT_EQ(car.session.LastFrame, lastGeneric);

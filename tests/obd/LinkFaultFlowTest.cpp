@@ -1,10 +1,10 @@
+#include "data/GridLayouts.h"
 #include "enhanced/Modules.h"
 #include "enhanced/NissanKeepAlive.h"
 #include "obd/Connection.h"
 #include "obd/InfoPids.h"
 #include "obd/TextColumns.h"
 #include "obd/KeepAlive.h"
-#include "obd/LiveData.h"
 #include "sim/EngineUnit.h"
 #include "support/CoreVehicle.h"
 
@@ -55,7 +55,7 @@ std::vector<std::string> gridPids(const test::CoreVehicle& car)
 {
     std::vector<std::string> pids;
     for (int row = 1; row < car.screen.GridMode1.rows(); ++row)
-        pids.push_back(car.screen.GridMode1.text(row, PidColumn));
+        pids.push_back(car.screen.GridMode1.text(row, data::PidColumn));
     return pids;
 }
 
@@ -155,7 +155,7 @@ TEST(LengthByteFrames, NissanUnitsWithFullHeadersStayAlive)
     config.kwpKb1 = kLengthByteKb1;
     test::CoreVehicle car(config);
     ASSERT_TRUE(enhanced::ConnectModule(car.session, ModuleNissanEcu));
-    EXPECT_EQ(car.screen.GridMode1.text(1, PidColumn), "1101");
+    EXPECT_EQ(car.screen.GridMode1.text(1, data::PidColumn), "1101");
     car.session.SilenceCount = 2;
     enhanced::NissanKeepAliveTick(car.session);
     EXPECT_EQ(car.session.LastRaw.substr(2, 2), "62");

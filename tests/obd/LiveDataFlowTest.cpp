@@ -1,3 +1,4 @@
+#include "data/GridLayouts.h"
 #include "link/ReplyText.h"
 #include "log/LogFile.h"
 #include "obd/Connection.h"
@@ -43,8 +44,8 @@ TEST(LiveData, RowsFillFromTheUnitInUseOnlyAndOnlyItsMessagesAreLogged)
     const auto messages = link::splitReply(car.session.LastResponse);
     ASSERT_EQ(messages.size(), 2u);
     const std::string& fromEngine = link::sourceText(messages[0]) == "10" ? messages[0] : messages[1];
-    EXPECT_EQ(car.screen.GridMode1.text(1, ValueColumn), car.link.FormatLiveValue(fromEngine, 1));
-    EXPECT_EQ(car.screen.GridMode1.text(1, AltValueColumn), car.link.FormatLiveValue(fromEngine, 2));
+    EXPECT_EQ(car.screen.GridMode1.text(1, data::ValueColumn), car.link.FormatLiveValue(fromEngine, 1));
+    EXPECT_EQ(car.screen.GridMode1.text(1, data::AltValueColumn), car.link.FormatLiveValue(fromEngine, 2));
 
     EXPECT_EQ(car.session.LogRecordNumber - firstRecord, 3);
     for (long n = firstRecord; n < car.session.LogRecordNumber; ++n)
@@ -100,16 +101,16 @@ TEST(LiveData, TabChangeEndsThePassAndTicksToggleOnlyWhileIdle)
     EXPECT_FALSE(car.session.Busy);
 
     GridModel& grid = car.screen.GridMode1;
-    grid.setText(1, ValueColumn, "800");
+    grid.setText(1, data::ValueColumn, "800");
     ToggleLiveDataRow(car.session, 1);
-    EXPECT_EQ(grid.text(1, MarkerColumn), kEmptyMarker);
-    EXPECT_EQ(grid.text(1, ValueColumn), "");
+    EXPECT_EQ(grid.text(1, data::MarkerColumn), data::kEmptyMarker);
+    EXPECT_EQ(grid.text(1, data::ValueColumn), "");
     car.session.Busy = true;
     ToggleLiveDataRow(car.session, 1);
-    EXPECT_EQ(grid.text(1, MarkerColumn), kEmptyMarker);
+    EXPECT_EQ(grid.text(1, data::MarkerColumn), data::kEmptyMarker);
     car.session.Busy = false;
     ToggleLiveDataRow(car.session, 1);
-    EXPECT_EQ(grid.text(1, MarkerColumn), kTickedMarker);
+    EXPECT_EQ(grid.text(1, data::MarkerColumn), data::kTickedMarker);
 }
 
 TEST(LiveData, AllRowsUntickedSendsNothingUntilStopped)

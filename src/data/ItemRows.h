@@ -8,7 +8,7 @@ class NissanDecoder;
 class ToyotaDecoder;
 }
 
-namespace kvx::enhanced {
+namespace kvx::data {
 
 // One row of the live grid for a manufacturer item: its column 1 label and its name.
 struct ItemRow {
@@ -33,4 +33,4 @@ std::vector<ItemRow> ToyotaRows(const link::ToyotaDecoder& decoder, const std::s
 std::string ToyotaRowValue(const link::ToyotaDecoder& decoder, const std::string& label, const std::string& message,
                            int kind);
 
-} // namespace kvx::enhanced
+} // namespace kvx::data

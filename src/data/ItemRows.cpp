@@ -1,11 +1,11 @@
-#include "enhanced/ItemRows.h"
+#include "data/ItemRows.h"
 
 #include "link/decode/NissanDecoder.h"
 #include "link/decode/ToyotaDecoder.h"
 
 #include <cctype>
 
-namespace kvx::enhanced {
+namespace kvx::data {
 
 namespace {
 
@@ -67,4 +67,4 @@ std::string ToyotaRowValue(const link::ToyotaDecoder& decoder, const std::string
     return decoder.SensorValue(a, label.back() - '0', message, kind);
 }
 
-} // namespace kvx::enhanced
+} // namespace kvx::data
