@@ -49,8 +49,12 @@ function(kvx_test_folder dir)
   set(target test_${folder})
   add_executable(${target} ${sources})
   target_include_directories(${target} PRIVATE ${CMAKE_SOURCE_DIR}/tests ${CMAKE_SOURCE_DIR}/src)
-  # The wire, the decoders and the virtual vehicle are tested without Qt.
-  if(folder MATCHES "^(link|decode|sim|vehicle)$")
+  # The wire, the decoders and the virtual vehicle are tested without Qt; the folder rule reads
+  # the sources and needs no library at all.
+  if(folder STREQUAL "layers")
+    target_link_libraries(${target} PRIVATE GTest::gtest GTest::gtest_main)
+    target_compile_definitions(${target} PRIVATE KVX_SOURCE_DIR="${CMAKE_SOURCE_DIR}/src")
+  elseif(folder MATCHES "^(link|decode|sim)$")
     target_link_libraries(${target} PRIVATE kvx_sim kvx_link GTest::gtest GTest::gtest_main GTest::gmock)
   else()
     target_link_libraries(${target} PRIVATE kvx_windows kvx_services kvx_sim kvx_link
