@@ -4,6 +4,7 @@
 #include "sim/EcuModel.h"
 #include "sim/NissanData.h"
 #include "sim/PidTable.h"
+#include "sim/VehicleProfile.h"
 
 #include <cstdint>
 #include <optional>
@@ -11,9 +12,6 @@
 #include <vector>
 
 namespace kvx::sim {
-
-// A trouble code in its two-byte form (P0301 is 03 01).
-using TroubleCode = std::uint16_t;
 
 // The engine control unit (0x10): a petrol engine with a misfire history, a tired catalyst and a
 // lean long-term trim, answering the J1979 services 01 to 09, the Toyota parameters above B0 of
