@@ -19,12 +19,6 @@ const std::array<TabEntry, kTabCount>& TabTable()
     return table;
 }
 
-void BuildTabs(MainScreen& screen, bool liveData, bool freezeFrame, bool faults, bool o2Sensor,
-               bool monitoring, bool info, bool liveCombo)
-{
-    BuildTabs(screen, TabFlags{liveData, freezeFrame, faults, o2Sensor, monitoring, info, liveCombo});
-}
-
 void BuildTabs(MainScreen& screen, const TabFlags& flags)
 {
     const auto& table = TabTable();

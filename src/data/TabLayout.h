@@ -24,8 +24,6 @@ using TabFlags = std::array<bool, kTabCount>;
 
 // Adds a tab (caption, tool tip) for each flag that is set, in the table's order, and shows its
 // panel; panels of unset flags are left as they are.
-void BuildTabs(MainScreen& screen, bool liveData, bool freezeFrame, bool faults, bool o2Sensor,
-               bool monitoring, bool info, bool liveCombo);
 void BuildTabs(MainScreen& screen, const TabFlags& flags);
 
 // Removes every tab and hides the seven panels (a module is being chosen).

@@ -38,10 +38,10 @@ TEST(GridLayouts, LiveDataKeepsMarkerHeadingAndHeadsBothValueColumnsUnit)
     EXPECT_EQ(grid.text(0, 4), "UNIT");
 }
 
-TEST(Tabs, AllSevenInOrderWithTheirTipsAndPanels)
+TEST(Tabs, TheGenericModuleHasAllSevenInOrderWithTheirTipsAndPanels)
 {
     MainScreen screen;
-    BuildTabs(screen, true, true, true, true, true, true, true);
+    BuildTabs(screen, ModuleTabs(ModuleGeneric));
     const auto& tabs = screen.TabStrip1.tabs();
     ASSERT_EQ(tabs.size(), 7u);
     const char* captions[] = {"LIVE DATA", "FREEZE FRAME DATA", "READ/CLEAR FAULTS", "O2 SENSOR TEST",
