@@ -63,7 +63,7 @@ int RunClear(const QStringList& args)
             obd::RequestClearCodes(session);
             return printCodes(session, format);
         },
-        false});
+        {}});
 }
 
 } // namespace kvx::cli

@@ -1,15 +1,16 @@
 #include "cli/Command.h"
 #include "cli/CommandLine.h"
-#include "cli/ConsoleSession.h"
 #include "cli/Interrupt.h"
 #include "cli/LivePrinter.h"
+#include "cli/ServiceCommand.h"
 #include "data/GridLayouts.h"
 #include "enhanced/Modules.h"
 #include "log/LogFormat.h"
 #include "log/Recorder.h"
 #include "obd/CommandGuard.h"
-#include "obd/Disconnect.h"
 #include "obd/LiveData.h"
+#include "session/MainScreen.h"
+#include "session/Session.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -17,6 +18,7 @@
 #include <QRegularExpression>
 #include <cstdio>
 #include <map>
+#include <optional>
 #include <set>
 
 namespace kvx::cli {
@@ -64,86 +66,85 @@ void finishRecording(Session& session)
     std::fprintf(stderr, "%ld frames recorded in %s\n", frames, session.LogPath.c_str());
 }
 
-} // namespace
-
-int RunLive(const QStringList& args)
+// --count: the passes to run, 0 for no end; nullopt when it is not such a number.
+std::optional<long> passCount(const QCommandLineParser& p)
 {
-    QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral(
-        "Connects as the window's module buttons do and polls live data, one line per item per pass: pass, "
-        "identifier, description and both value texts; \"(no answer)\" for an item the unit left silent in "
-        "that pass. Ctrl+C stops at the next request and finishes the recording; a second Ctrl+C quits at once."));
-    parser.addHelpOption();
-    AddConnectionOptions(parser);
-    const QStringList formats{"csv", "json"};
-    AddFormatOption(parser, formats);
-    parser.addOption({"log", "Record the passes into the Log folder beside kvx, as the window's Log box does."});
-    parser.addOption({"module", WithDefault("generic (service 01), nissan-ecu, nissan-tcu or toyota.", "generic"), "M",
-                      "generic"});
-    parser.addOption({"count",
-                      WithDefault("Passes to run; 0 polls until the unit falls silent or Ctrl+C.", "0"), "N", "0"});
-    parser.addPositionalArgument("ID",
-                                 "Items to poll (all the unit offers when none): a generic PID (0C), a Nissan "
-                                 "identifier (1101, or 1301 for its switches) or a Toyota parameter (C1, or B101).",
-                                 "[ID...]");
-    if (const auto code = ParseCommandLine(parser, args))
-        return *code;
-
-    const QString command = args.value(0);
-    QString problem;
-    const auto format = FormatFromOptions(parser, formats, problem);
-    if (!format)
-        return Fail(command + ": " + problem);
     bool ok = false;
-    const long count = parser.value("count").toLong(&ok);
-    if (!ok || count < 0)
-        return Fail(command + ": --count takes a number of passes (0 for no end), not '" + parser.value("count") + "'");
-    const auto module = kModules.find(parser.value("module").toLower());
-    if (module == kModules.end())
-        return Fail(command + ": --module is generic, nissan-ecu, nissan-tcu or toyota, not '" +
-                    parser.value("module") + "'");
-    std::set<std::string> wanted;
+    const long count = p.value("count").toLong(&ok);
+    return ok && count >= 0 ? std::optional<long>(count) : std::nullopt;
+}
+
+std::optional<int> moduleOf(const QCommandLineParser& p)
+{
+    const auto module = kModules.find(p.value("module").toLower());
+    return module == kModules.end() ? std::nullopt : std::optional<int>(module->second);
+}
+
+// The items named on the command line, upper-case; the reason in problem when one is not an item
+// of the module.
+std::set<std::string> wantedItems(const QCommandLineParser& p, int module, QString& problem)
+{
     static const QRegularExpression twoHex(QStringLiteral("^[0-9A-Fa-f]{2}$"));
     static const QRegularExpression itemId(QStringLiteral("^[0-9A-Fa-f]{2}([0-9A-Fa-f]{2})?$"));
-    const bool generic = module->second == ModuleGeneric;
-    for (const QString& id : parser.positionalArguments()) {
-        if (!(generic ? twoHex : itemId).match(id).hasMatch())
-            return Fail(command +
-                        (generic ? ": a PID is two hex digits (0C, 0D, ...), not '"
-                                 : ": an item is two or four hex digits (C1, 1101, ...), not '") +
-                        id + "'");
+    const bool generic = module == ModuleGeneric;
+    std::set<std::string> wanted;
+    for (const QString& id : p.positionalArguments()) {
+        if (!(generic ? twoHex : itemId).match(id).hasMatch()) {
+            problem = (generic ? "a PID is two hex digits (0C, 0D, ...), not '"
+                               : "an item is two or four hex digits (C1, 1101, ...), not '") +
+                      id + "'";
+            return {};
+        }
         wanted.insert(id.toUpper().toStdString());
     }
-    const auto console = ConsoleSession::FromOptions(parser, problem);
-    if (!console)
-        return Fail(command + ": " + problem);
+    return wanted;
+}
 
-    Session& session = console->session();
-    MainScreen& screen = console->screen();
-    bool connected = false;
-    if (!obd::RunLinkCommand(session, [&] { connected = enhanced::ConnectModule(session, module->second); }))
-        return 1;
-    if (!connected)
-        return ConnectionFailed(command, parser, screen);
+QString checkOptions(const QCommandLineParser& p)
+{
+    if (!passCount(p))
+        return "--count takes a number of passes (0 for no end), not '" + p.value("count") + "'";
+    const auto module = moduleOf(p);
+    if (!module)
+        return "--module is generic, nissan-ecu, nissan-tcu or toyota, not '" + p.value("module") + "'";
+    QString problem;
+    wantedItems(p, *module, problem);
+    return problem;
+}
+
+void addOptions(QCommandLineParser& p)
+{
+    p.addOption({"log", "Record the passes into the Log folder beside kvx, as the window's Log box does."});
+    p.addOption({"module", WithDefault("generic (service 01), nissan-ecu, nissan-tcu or toyota.", "generic"), "M",
+                 "generic"});
+    p.addOption({"count", WithDefault("Passes to run; 0 polls until the unit falls silent or Ctrl+C.", "0"), "N", "0"});
+    p.addPositionalArgument("ID",
+                            "Items to poll (all the unit offers when none): a generic PID (0C), a Nissan "
+                            "identifier (1101, or 1301 for its switches) or a Toyota parameter (C1, or B101).",
+                            "[ID...]");
+}
+
+// The passes on the connected module, printed one by one.
+int pollPasses(Session& session, const QCommandLineParser& p, OutputFormat format)
+{
+    QString problem;
+    const std::set<std::string> wanted = wantedItems(p, session.ModuleIndex, problem);
     const std::set<std::string> missing = selectRows(session, wanted);
     for (const std::string& id : missing)
         std::fprintf(stderr, "%s is not offered by the unit; left out\n", id.c_str());
-    if (!wanted.empty() && missing.size() == wanted.size()) {
-        obd::Disconnect(session);
-        return Fail(command + ": none of the items asked for is offered by the unit");
-    }
-    if (parser.isSet("log")) {
+    if (!wanted.empty() && missing.size() == wanted.size())
+        return Fail(QStringLiteral("kvx live: none of the items asked for is offered by the unit"));
+    if (p.isSet("log")) {
         if (!log::StartLogging(session, QCoreApplication::applicationDirPath().toStdString(),
-                               QDateTime::currentDateTime())) {
-            obd::Disconnect(session);
+                               QDateTime::currentDateTime()))
             return 1;
-        }
         std::fprintf(stderr, "recording to %s\n", session.LogPath.c_str());
     }
     CatchInterrupt(session.Logging ? session.LogPath : std::string());
 
     // The same passes as the window's loop, one at a time so each can be printed.
-    LivePrinter printer(screen.GridMode1, *format, generic ? "PID" : "Item");
+    const long count = *passCount(p);
+    LivePrinter printer(session.screen.GridMode1, format, session.ModuleIndex == ModuleGeneric ? "PID" : "Item");
     session.Busy = true;
     bool unitAnswers = true;
     for (long pass = 1; unitAnswers && session.Busy && !session.LinkDown && !InterruptRequested() &&
@@ -161,8 +162,18 @@ int RunLive(const QStringList& args)
     session.Busy = false;
     const bool ended = !unitAnswers || session.LinkDown;
     finishRecording(session);
-    obd::Disconnect(session);
     return ended ? 1 : 0;
+}
+
+} // namespace
+
+int RunLive(const QStringList& args)
+{
+    return RunServiceCommand(args, {
+        "Connects as the window's module buttons do and polls live data, one line per item per pass: pass, "
+        "identifier, description and both value texts; \"(no answer)\" for an item the unit left silent in "
+        "that pass. Ctrl+C stops at the next request and finishes the recording; a second Ctrl+C quits at once.",
+        addOptions, checkOptions, pollPasses, {"csv", "json"}, [](const QCommandLineParser& p) { return *moduleOf(p); }});
 }
 
 } // namespace kvx::cli

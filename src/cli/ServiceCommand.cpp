@@ -2,9 +2,10 @@
 
 #include "cli/CommandLine.h"
 #include "cli/ConsoleSession.h"
+#include "enhanced/Modules.h"
 #include "link/LinkError.h"
-#include "obd/Connection.h"
 #include "obd/Disconnect.h"
+#include "session/Session.h"
 
 #include <cstdio>
 
@@ -16,17 +17,16 @@ int RunServiceCommand(const QStringList& args, const ServiceCommand& command)
     parser.setApplicationDescription(command.description);
     parser.addHelpOption();
     AddConnectionOptions(parser);
-    const QStringList formats = command.json ? QStringList{"json"} : QStringList{};
-    if (command.json)
-        AddFormatOption(parser, formats);
+    if (!command.formats.isEmpty())
+        AddFormatOption(parser, command.formats);
     if (command.addOptions)
         command.addOptions(parser);
     if (const auto code = ParseCommandLine(parser, args))
         return *code;
     QString problem;
     OutputFormat format = OutputFormat::Text;
-    if (command.json) {
-        const auto chosen = FormatFromOptions(parser, formats, problem);
+    if (!command.formats.isEmpty()) {
+        const auto chosen = FormatFromOptions(parser, command.formats, problem);
         if (!chosen)
             return Fail(args.value(0) + ": " + problem);
         format = *chosen;
@@ -42,7 +42,7 @@ int RunServiceCommand(const QStringList& args, const ServiceCommand& command)
 
     Session& session = console->session();
     try {
-        if (!obd::ConnectEcu(session))
+        if (!enhanced::ConnectModule(session, command.module ? command.module(parser) : ModuleGeneric))
             return ConnectionFailed(args.value(0), parser, session.screen);
         const int code = command.run(session, parser, format);
         obd::Disconnect(session);
