@@ -20,8 +20,9 @@ const std::map<std::string, int> kLevels = {
     {"link", 0},
     // The virtual vehicle; the shared session state and the screen models.
     {"sim", 1}, {"session", 1},
-    // Tables and grid layouts; the Qt renderings of the models; which wire a port name opens.
-    {"data", 2}, {"ui", 2}, {"ports", 2},
+    // Tables and grid layouts; the Qt renderings of the models; which wire a port name opens;
+    // the vehicle profiles read from their files.
+    {"data", 2}, {"ui", 2}, {"ports", 2}, {"garage", 2},
     // The communication settings; the recorder and the player.
     {"settings", 3}, {"log", 3},
     // The generic services.
