@@ -37,7 +37,7 @@ constexpr std::size_t kExamples = 10;
 struct Line {
     const char* name;
     int protocol;
-    sim::Protocol slowInit;
+    link::LineKind slowInit;
     std::string startFrame; // Nissan: the bodies' start frame; empty for generic requests
     std::vector<std::string> requests;
 };
@@ -52,10 +52,10 @@ std::vector<std::string> generic(const char* h1, const char* h2)
 const std::vector<Line>& lines()
 {
     static const std::vector<Line> all = {
-        {"ISO 9141 slow", 1, sim::Protocol::Iso9141, "", generic("68", "6A")},
-        {"KWP slow", 2, sim::Protocol::Kwp2000, "", generic("C0", "33")},
-        {"KWP fast", 3, sim::Protocol::Iso9141, "", generic("C0", "33")},
-        {"Nissan start", 3, sim::Protocol::Iso9141, "8110FC810E",
+        {"ISO 9141 slow", 1, link::LineKind::Iso9141, "", generic("68", "6A")},
+        {"KWP slow", 2, link::LineKind::Kwp, "", generic("C0", "33")},
+        {"KWP fast", 3, link::LineKind::Iso9141, "", generic("C0", "33")},
+        {"Nissan start", 3, link::LineKind::Iso9141, "8110FC810E",
          {"052211000401", "052211010401", "052211020401", "052213010401"}},
     };
     return all;

@@ -10,12 +10,11 @@ namespace kvx::link {
 
 namespace {
 
-using kline::kP1Max;
+using namespace kline;
 
-constexpr std::size_t kIsoHeader = 3;
-constexpr std::size_t kIsoMaxData = 7;
-constexpr std::size_t kKwpMaxData = 255;
-constexpr std::uint8_t kAddressBits = 0xC0;
+// Whole ISO 9141 frames: the header, a service, up to seven data bytes and the checksum.
+constexpr std::size_t kIsoShortest = kIsoHeaderSize + 2;
+constexpr std::size_t kIsoLongest = kIsoHeaderSize + kIsoMaxData + 1;
 
 [[noreturn]] void refuse(const std::string& why) { throw LinkError(LinkError::Kind::BadRequest, why); }
 
@@ -50,8 +49,8 @@ std::optional<KwpLayout> kwpLayout(const std::vector<TimedByte>& in, std::size_t
 {
     KwpLayout l;
     const std::uint8_t format = in[from].value;
-    l.header = (format & kAddressBits) ? 3 : 1;
-    l.data = format & 0x3F;
+    l.header = kwpHeaderSize(format);
+    l.data = format & kLengthMask;
     if (l.data == 0) {
         if (from + l.header >= in.size())
             return std::nullopt;
@@ -61,10 +60,9 @@ std::optional<KwpLayout> kwpLayout(const std::vector<TimedByte>& in, std::size_t
     return l;
 }
 
-// Testers use the addresses from F0 up; everything below is a unit.
-bool isUnit(std::uint8_t address) { return address < 0xF0; }
-// Every reply's service has bit 6 set (positive replies are the request plus 0x40, refusals 7F).
-bool isReplyService(std::uint8_t service) { return (service & 0x40) != 0; }
+bool isUnit(std::uint8_t address) { return address < kFirstTester; }
+// Every reply's service has the reply bit set, refusals (7F) included.
+bool isReplyService(std::uint8_t service) { return (service & kReplyBit) != 0; }
 
 // Whether the KWP frame laid out at from, once whole, could be a reply to us: for this tester,
 // from a unit, or in the one-byte header form where the session uses it; nothing of the checksum.
@@ -73,7 +71,8 @@ bool kwpHeaderFits(const std::vector<TimedByte>& in, std::size_t from, const Kwp
 {
     if (l.data == 0 || from + l.size() > in.size())
         return false;
-    if (l.header == 3 ? in[from + 1].value != to.tester || !isUnit(in[from + 2].value) : !to.shortHeaders)
+    const bool addressed = l.header == kKwpAddressedHeader;
+    if (addressed ? in[from + 1].value != to.tester || !isUnit(in[from + 2].value) : !to.shortHeaders)
         return false;
     return isReplyService(in[from + l.serviceAt()].value);
 }
@@ -81,8 +80,8 @@ bool kwpHeaderFits(const std::vector<TimedByte>& in, std::size_t from, const Kwp
 // ISO 9141-2 replies start 48 6B and the unit's address; only the checksum marks where they end.
 bool isoHeaderFits(const std::vector<TimedByte>& in, std::size_t from)
 {
-    return from + kIsoHeader < in.size() && in[from].value == 0x48 && in[from + 1].value == 0x6B &&
-           isUnit(in[from + 2].value) && isReplyService(in[from + kIsoHeader].value);
+    return from + kIsoHeaderSize < in.size() && in[from].value == kIsoReply && in[from + 1].value == kIsoReplyTarget &&
+           isUnit(in[from + 2].value) && isReplyService(in[from + kIsoHeaderSize].value);
 }
 
 // Sizes of the whole valid frames that may start at from, the likeliest first. An ISO 9141 frame
@@ -102,7 +101,7 @@ std::vector<std::size_t> framesAt(LineKind kind, const std::vector<TimedByte>& i
     if (!isoHeaderFits(in, from))
         return {};
     std::vector<std::pair<Micros, std::size_t>> ends;
-    for (std::size_t size = kIsoHeader + 2; size <= kIsoHeader + kIsoMaxData + 1 && from + size <= in.size(); ++size) {
+    for (std::size_t size = kIsoShortest; size <= kIsoLongest && from + size <= in.size(); ++size) {
         if (!checksumHolds(in, from, size))
             continue;
         const std::size_t next = from + size;
@@ -110,7 +109,8 @@ std::vector<std::size_t> framesAt(LineKind kind, const std::vector<TimedByte>& i
             ends.push_back({ms(1500), size});
             continue;
         }
-        const bool nextHeader = in[next].value == 0x48 && (next + 1 >= in.size() || in[next + 1].value == 0x6B);
+        const bool nextHeader =
+            in[next].value == kIsoReply && (next + 1 >= in.size() || in[next + 1].value == kIsoReplyTarget);
         const Micros gap = in[next].time - in[next - 1].time;
         if (nextHeader || gap > kP1Max)
             ends.push_back({nextHeader ? gap + ms(1000) : gap, size});
@@ -137,7 +137,7 @@ std::string dropReason(LineKind kind, const std::vector<TimedByte>& in, std::siz
         return "stray bytes";
     }
     const std::size_t size = to - from;
-    if (isoHeaderFits(in, from) && size >= kIsoHeader + 2 && size <= kIsoHeader + kIsoMaxData + 1)
+    if (isoHeaderFits(in, from) && size >= kIsoShortest && size <= kIsoLongest)
         return "bad checksum";
     if (to == in.size() && isoHeaderFits(in, from)) {
         incomplete = true;
@@ -154,18 +154,18 @@ Bytes encodeRequest(LineKind kind, const Bytes& request, const HeaderForm& form)
         refuse("A request needs three header bytes and a service byte.");
     Bytes frame;
     if (kind == LineKind::Iso9141) {
-        if (request.size() - kIsoHeader > kIsoMaxData)
+        if (request.size() - kIsoHeaderSize > kIsoMaxData)
             refuse("An ISO 9141 request carries at most 7 bytes after its header.");
         frame = request;
         appendChecksum(frame);
         return frame;
     }
-    const Bytes data(request.begin() + kIsoHeader, request.end());
+    const Bytes data(request.begin() + kIsoHeaderSize, request.end());
     if (data.size() > kKwpMaxData)
         refuse("A KWP2000 request carries at most 255 bytes after its header.");
-    const std::uint8_t addressBits = request[0] & kAddressBits;
-    const bool inFormat = form.lengthInFormat && data.size() <= 0x3F;
-    if (!inFormat && !form.lengthByte && data.size() > 0x3F)
+    const std::uint8_t addressBits = request[0] & kAddressMode;
+    const bool inFormat = form.lengthInFormat && data.size() <= kMaxLengthInFormat;
+    if (!inFormat && !form.lengthByte && data.size() > kMaxLengthInFormat)
         refuse("The unit takes no length byte, so a request may carry at most 63 bytes.");
     frame = {static_cast<std::uint8_t>(addressBits | (inFormat ? data.size() : 0)), request[1], request[2]};
     if (!inFormat)
@@ -180,10 +180,10 @@ Bytes encodeBody(const HeaderForm& form, std::uint8_t target, std::uint8_t sourc
     if (body.size() < 2 || body[0] != body.size() - 1)
         refuse("A request body must start with the number of bytes that follow it.");
     const std::size_t length = body[0];
-    const bool inFormat = form.lengthInFormat && length <= 0x3F;
+    const bool inFormat = form.lengthInFormat && length <= kMaxLengthInFormat;
     if (!inFormat && !form.lengthByte)
         refuse("The unit takes no length byte, so a request may carry at most 63 bytes.");
-    Bytes frame{static_cast<std::uint8_t>((form.addresses ? 0x80 : 0x00) | (inFormat ? length : 0))};
+    Bytes frame{static_cast<std::uint8_t>((form.addresses ? kPhysical : 0) | (inFormat ? length : 0))};
     if (form.addresses) {
         frame.push_back(target);
         frame.push_back(source);
@@ -233,12 +233,7 @@ Bytes payloadOf(LineKind kind, const Bytes& frame)
 {
     if (frame.size() < 2)
         return {};
-    std::size_t from = kIsoHeader;
-    if (kind == LineKind::Kwp) {
-        from = (frame[0] & kAddressBits) ? 3 : 1;
-        if ((frame[0] & 0x3F) == 0)
-            ++from;
-    }
+    const std::size_t from = kind == LineKind::Kwp ? kwpServiceAt(frame[0]) : kIsoHeaderSize;
     if (from >= frame.size() - 1)
         return {};
     return Bytes(frame.begin() + static_cast<long>(from), frame.end() - 1);
@@ -247,7 +242,7 @@ Bytes payloadOf(LineKind kind, const Bytes& frame)
 bool isResponsePending(LineKind kind, const Bytes& frame)
 {
     const Bytes p = payloadOf(kind, frame);
-    return p.size() >= 3 && p[0] == 0x7F && p[2] == 0x78;
+    return p.size() >= 3 && p[0] == kNegativeReply && p[2] == kResponsePending;
 }
 
 Bytes bodyOf(LineKind kind, const Bytes& frame)

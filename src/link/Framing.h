@@ -3,14 +3,14 @@
 #include "link/Clock.h"
 #include "link/Hex.h"
 #include "link/KeyBytes.h"
+#include "link/Protocol.h"
+#include "link/ProtocolBytes.h"
 
 #include <cstdint>
 #include <string>
 #include <vector>
 
 namespace kvx::link {
-
-enum class LineKind { Iso9141, Kwp };
 
 struct TimedByte {
     std::uint8_t value = 0;
@@ -41,7 +41,7 @@ Bytes encodeBody(const HeaderForm& form, std::uint8_t target, std::uint8_t sourc
 // the start frame's source for bodies), and whether the one-byte header form, which names no one,
 // is the session's.
 struct ReplyAddressing {
-    std::uint8_t tester = 0xF1;
+    std::uint8_t tester = kline::kTester;
     bool shortHeaders = false;
 };
 

@@ -15,7 +15,6 @@ namespace {
 // Long waits are cut into slices this long so a window stays responsive between them.
 constexpr Micros kIdleSlice = ms(10);
 constexpr Micros kTiniHNominal = kTWuP - kTiniL;
-constexpr std::uint8_t kTester = 0xF1;
 constexpr Micros kP4Margin = ms(5);
 } // namespace
 
@@ -105,14 +104,12 @@ void KLineEngine::openPort(int port, bool reconnect)
 
 WakeUpResult KLineEngine::wakeUp(const WakeUpRequest& rq)
 {
-    if (rq.protocol < 1 || rq.protocol > 3)
-        throw LinkError(LinkError::Kind::BadRequest,
-                        "Protocol " + std::to_string(rq.protocol) + " is not 1, 2 or 3; try the protocols one at a time.");
     if (!rq.startFrame.empty()) {
         const Bytes& f = rq.startFrame;
-        if (rq.protocol != 3)
+        if (rq.protocol != Kwp2000Fast)
             throw LinkError(LinkError::Kind::BadRequest, "A start frame needs the KWP2000 fast init (protocol 3).");
-        if (f.size() < 5 || (f[0] & 0xC0) == 0 || checksum(Bytes(f.begin(), f.end() - 1)) != f.back())
+        const bool addressed = f.size() >= kKwpAddressedHeader + 2 && (f[0] & kAddressMode) != 0;
+        if (!addressed || checksum(Bytes(f.begin(), f.end() - 1)) != f.back())
             throw LinkError(LinkError::Kind::BadRequest,
                             "The start frame " + toHex(f) + " is not an addressed message ending in its checksum.");
     }
@@ -149,12 +146,9 @@ WakeUpResult KLineEngine::wakeUpOnPort(const WakeUpRequest& rq)
 
     const WakeUpTiming timing{w4_, kwpHigh_, p4_};
     WakeUpResult r;
-    if (rq.protocol == 3) {
-        Bytes start = rq.startFrame;
-        if (start.empty()) {
-            start = {0xC1, rq.address, kTester, 0x81};
-            start.push_back(checksum(start));
-        }
+    if (rq.protocol == Kwp2000Fast) {
+        const Bytes functionalStart{kFunctional, rq.address, kTester, kStartCommunication};
+        const Bytes start = rq.startFrame.empty() ? encodeRequest(LineKind::Kwp, functionalStart, {}) : rq.startFrame;
         r = fastInit(*io_, clock_, trace_, start, timing);
     } else {
         r = fiveBaudInit(*io_, clock_, trace_, rq.address, rq.protocol, timing, idle_);
@@ -181,7 +175,7 @@ LineKind KLineEngine::kindFor(const Bytes& request) const
 {
     if (kind_)
         return *kind_;
-    return !request.empty() && request[0] == 0x68 ? LineKind::Iso9141 : LineKind::Kwp;
+    return !request.empty() && request[0] == kIsoRequest ? LineKind::Iso9141 : LineKind::Kwp;
 }
 
 Bytes KLineEngine::encode(const Bytes& request) const

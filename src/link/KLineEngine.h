@@ -2,6 +2,8 @@
 
 #include "link/ByteLink.h"
 #include "link/Framing.h"
+#include "link/Protocol.h"
+#include "link/ProtocolBytes.h"
 #include "link/WakeUp.h"
 #include "link/Wire.h"
 
@@ -14,10 +16,10 @@
 namespace kvx::link {
 
 struct WakeUpRequest {
-    std::uint8_t address = 0x33;
+    std::uint8_t address = kline::kObdAddress;
     int baud = 10400;
     int port = 1;
-    int protocol = 1;
+    Protocol protocol = Iso9141Slow; // one of the three; TryAll is the caller's loop
     Bytes startFrame; // KWP fast init only; empty for the functional StartCommunication
     bool reconnect = false;
 };

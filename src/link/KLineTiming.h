@@ -6,6 +6,7 @@ namespace kvx::link::kline {
 
 // K-line timing windows of ISO 9141-2 and ISO 14230-2, in microseconds.
 constexpr Micros kFiveBaudBit = ms(200);
+constexpr Micros kFiveBaudByte = 10 * kFiveBaudBit; // start bit, eight data bits, stop bit
 constexpr Micros kFiveBaudTolerance = ms(2);
 constexpr Micros kW1Min = ms(60), kW1Max = ms(300);
 constexpr Micros kW2Min = ms(5), kW2Max = ms(20);
@@ -16,7 +17,7 @@ constexpr Micros kTiniL = ms(25);
 constexpr Micros kTWuP = ms(50);
 constexpr Micros kFastInitTolerance = ms(1);
 constexpr Micros kP1Max = ms(20);
-constexpr Micros kP2Max = ms(50);
+constexpr Micros kP2Min = ms(25), kP2Max = ms(50);
 constexpr Micros kP2StarMax = ms(5000);
 constexpr Micros kP3Min = ms(55);
 constexpr Micros kP3Max = ms(5000);

@@ -1,18 +1,21 @@
 #include "link/KeyBytes.h"
 
 #include "link/Hex.h"
+#include "link/KLineTiming.h"
+#include "link/ProtocolBytes.h"
 
 namespace kvx::link {
 
-KeyBytesMeaning interpretKeyBytes(int protocol, std::uint8_t kb1, std::uint8_t kb2)
+using namespace kline;
+
+KeyBytesMeaning interpretKeyBytes(Protocol protocol, std::uint8_t kb1, std::uint8_t kb2)
 {
     KeyBytesMeaning m;
     const std::string shown = toHex(kb1) + " " + toHex(kb2);
-    if (protocol == 1) {
-        // 08 08 keeps the normal P2 window; 94 94 lets the unit answer at once.
-        if (kb1 == 0x08 && kb2 == 0x08)
-            m.p2Min = ms(25);
-        else if (kb1 == 0x94 && kb2 == 0x94)
+    if (protocol == Iso9141Slow) {
+        if (kb1 == kIsoKeyByte && kb2 == kIsoKeyByte)
+            m.p2Min = kP2Min;
+        else if (kb1 == kIsoKeyByteNoWait && kb2 == kIsoKeyByteNoWait)
             m.p2Min = 0;
         else {
             m.why = "key bytes " + shown + " are not ISO 9141-2 (08 08 or 94 94)";
@@ -21,19 +24,18 @@ KeyBytesMeaning interpretKeyBytes(int protocol, std::uint8_t kb1, std::uint8_t k
         m.accepted = true;
         return m;
     }
-    if (kb2 != 0x8F) {
+    if (kb2 != kKwpKb2) {
         m.why = "key bytes " + shown + " are not ISO 14230 (KB2 must be 8F)";
         return m;
     }
-    const std::uint8_t bits = kb1 & 0x7F;
-    const bool al0 = bits & 0x01, al1 = bits & 0x02, hb0 = bits & 0x04, hb1 = bits & 0x08, tp = bits & 0x10;
+    const std::uint8_t bits = kb1 & ~kKb1Parity;
     m.kwp = true;
     m.accepted = true;
-    m.p2Min = tp ? 0 : ms(25);
+    m.p2Min = (bits & kKb1NoWait) ? 0 : kP2Min;
     // A unit that names no header form at all still takes the full form.
-    m.form.addresses = hb1 || !hb0;
-    m.form.lengthInFormat = al0 || !al1;
-    m.form.lengthByte = al1;
+    m.form.addresses = (bits & kKb1Addresses) || !(bits & kKb1NoAddresses);
+    m.form.lengthInFormat = (bits & kKb1LengthInFormat) || !(bits & kKb1LengthByte);
+    m.form.lengthByte = (bits & kKb1LengthByte) != 0;
     return m;
 }
 

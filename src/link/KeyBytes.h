@@ -1,6 +1,7 @@
 #pragma once
 
 #include "link/Clock.h"
+#include "link/Protocol.h"
 
 #include <cstdint>
 #include <string>
@@ -24,7 +25,7 @@ struct KeyBytesMeaning {
     std::string why; // plain words when refused
 };
 
-// protocol: 1 ISO 9141-2 (08 08 or 94 94), 2 and 3 ISO 14230 (KB2 0x8F, KB1's parity bit ignored).
-KeyBytesMeaning interpretKeyBytes(int protocol, std::uint8_t kb1, std::uint8_t kb2);
+// ISO 9141-2 takes 08 08 or 94 94; ISO 14230 takes KB2 8F, KB1's parity bit ignored.
+KeyBytesMeaning interpretKeyBytes(Protocol protocol, std::uint8_t kb1, std::uint8_t kb2);
 
 } // namespace kvx::link

@@ -17,6 +17,15 @@ Bytes requireHex(const std::string& text, const char* what)
     return *bytes;
 }
 
+// One wake-up speaks one protocol; trying them all is the caller's loop.
+Protocol wakeUpProtocol(int number)
+{
+    if (number != Iso9141Slow && number != Kwp2000Slow && number != Kwp2000Fast)
+        throw LinkError(LinkError::Kind::BadRequest,
+                        "Protocol " + std::to_string(number) + " is not 1, 2 or 3; try the protocols one at a time.");
+    return static_cast<Protocol>(number);
+}
+
 std::string joined(const std::vector<Bytes>& frames)
 {
     std::string out;
@@ -51,7 +60,7 @@ bool LinkSession::InitializeEcu(const std::string& wakeAddress, int baudRate, in
     }
     rq.baud = baudRate;
     rq.port = portNumber;
-    rq.protocol = protocol;
+    rq.protocol = wakeUpProtocol(protocol);
     if (!startFrame.empty())
         rq.startFrame = requireHex(startFrame, "The start frame");
     rq.reconnect = reconnect;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "link/Clock.h"
+#include "link/Protocol.h"
 #include "link/Wire.h"
 
 #include <cstdint>
@@ -12,9 +13,6 @@ namespace kvx::link {
 
 class KLineEngine;
 class TraceSink;
-
-// Protocol numbers as the settings and the link use them.
-enum Protocol : int { Iso9141Slow = 1, Kwp2000Slow = 2, Kwp2000Fast = 3, TryAll = 4 };
 
 // Seconds as a fixed-point number with four decimals (ten-thousandths of a second).
 using FixedSeconds = std::int64_t;

@@ -1,14 +1,14 @@
 #include "link/ReplyText.h"
 
+#include "link/ProtocolBytes.h"
+
 namespace kvx::link {
 
 namespace {
 
-constexpr std::uint8_t kAddressBits = 0xC0;
-constexpr std::uint8_t kLengthBits = 0x3F;
-constexpr std::size_t kAddressedHeader = 3;
+using namespace kline;
+
 constexpr std::size_t kSourceAt = 2;
-constexpr std::string_view kTester = "F1";
 
 std::string_view firstMessage(std::string_view text) { return text.substr(0, text.find(':')); }
 
@@ -34,10 +34,8 @@ std::optional<ReplyMessage> readMessage(std::string_view message)
     if (!bytes || bytes->empty())
         return std::nullopt;
     const Bytes& b = *bytes;
-    const bool addressed = (b[0] & kAddressBits) != 0;
-    std::size_t serviceAt = addressed ? kAddressedHeader : 1;
-    if ((b[0] & kLengthBits) == 0)
-        ++serviceAt;
+    const bool addressed = kwpHeaderSize(b[0]) == kKwpAddressedHeader;
+    const std::size_t serviceAt = kwpServiceAt(b[0]);
     // The service and the checksum after it must both be there.
     if (serviceAt + 2 > b.size())
         return std::nullopt;
@@ -79,9 +77,10 @@ bool checksumHolds(std::string_view message)
 std::string genericRequest(std::string_view header1, std::string_view header2, std::string_view service,
                            std::string_view parameters)
 {
+    const std::string tester = toHex(kTester);
     std::string request;
-    request.reserve(header1.size() + header2.size() + kTester.size() + service.size() + parameters.size());
-    request.append(header1).append(header2).append(kTester).append(service).append(parameters);
+    request.reserve(header1.size() + header2.size() + tester.size() + service.size() + parameters.size());
+    request.append(header1).append(header2).append(tester).append(service).append(parameters);
     return request;
 }
 

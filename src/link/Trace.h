@@ -8,7 +8,7 @@
 
 namespace kvx::link {
 
-// Who put a byte on the line, as the tester sees it.
+// Who put a byte on the line: the tester, the interface echoing the tester, or a unit.
 enum class TraceOrigin { Tester, Echo, Ecu };
 
 // A measured time beside the window it must fall in ("W1", "5-baud bit 3", ...).

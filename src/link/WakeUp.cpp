@@ -1,6 +1,7 @@
 #include "link/WakeUp.h"
 
 #include "link/KLineTiming.h"
+#include "link/ProtocolBytes.h"
 #include "link/ReplyCollector.h"
 
 #include <array>
@@ -42,7 +43,7 @@ std::optional<TimedByte> handshakeByte(ByteLink& io, TraceSink* trace, const std
 
 } // namespace
 
-WakeUpResult fiveBaudInit(ByteLink& io, Clock& clock, TraceSink* trace, std::uint8_t address, int protocol,
+WakeUpResult fiveBaudInit(ByteLink& io, Clock& clock, TraceSink* trace, std::uint8_t address, Protocol protocol,
                           const WakeUpTiming& wt, const std::function<void()>& idle)
 {
     WakeUpResult r;
@@ -73,7 +74,7 @@ WakeUpResult fiveBaudInit(ByteLink& io, Clock& clock, TraceSink* trace, std::uin
         runStart = edge;
         runFirstBit = bit;
     }
-    const Micros addressEnd = start + 10 * kFiveBaudBit;
+    const Micros addressEnd = start + kFiveBaudByte;
 
     // W1 may last 300 ms, long enough to let a window breathe while waiting for the sync byte.
     const std::optional<TimedByte> sync = io.receiveIdling(addressEnd + kW1Max + kUsbSlack, idle);
@@ -82,7 +83,7 @@ WakeUpResult fiveBaudInit(ByteLink& io, Clock& clock, TraceSink* trace, std::uin
         return r;
     }
     timing(trace, sync->time, "W1 (address to sync)", sync->time - addressEnd, kW1Min, kW1Max);
-    if (sync->value != 0x55) {
+    if (sync->value != kSync) {
         note(trace, clock, "sync byte " + toHex(sync->value) + " is not 55: is the baud rate right?");
         return r;
     }
@@ -131,16 +132,16 @@ WakeUpResult fastInit(ByteLink& io, Clock& clock, TraceSink* trace, const Bytes&
     io.sendFrame(startFrame, wt.p4);
 
     // A unit woken by its own address may answer in the one-byte header form.
-    const ReplyAddressing addressing{startFrame[2], (startFrame[0] & 0xC0) == 0x80};
+    const ReplyAddressing addressing{startFrame[2], (startFrame[0] & kAddressMode) == kPhysical};
     const CollectedReplies replies = collectReplies(io, LineKind::Kwp, addressing, {}, trace);
     for (const auto& f : replies.frames) {
         const Bytes p = payloadOf(LineKind::Kwp, f);
-        if (p.size() < 3 || p[0] != 0xC1)
+        if (p.size() < 3 || p[0] != positiveReply(kStartCommunication))
             continue;
         if (!r.ok) {
             r.kb1 = p[1];
             r.kb2 = p[2];
-            r.meaning = interpretKeyBytes(3, r.kb1, r.kb2);
+            r.meaning = interpretKeyBytes(Kwp2000Fast, r.kb1, r.kb2);
             r.ok = r.meaning.accepted;
         }
         r.text += (r.text.empty() ? "" : ":") + toHex(f);

@@ -25,7 +25,7 @@ struct WakeUpResult {
 
 // ISO 9141-2 / ISO 14230 slow init: the address at 5 baud, then sync, key bytes and the inverted
 // KB2 / inverted address handshake. idle runs while waiting for the sync byte.
-WakeUpResult fiveBaudInit(ByteLink& io, Clock& clock, TraceSink* trace, std::uint8_t address, int protocol,
+WakeUpResult fiveBaudInit(ByteLink& io, Clock& clock, TraceSink* trace, std::uint8_t address, Protocol protocol,
                           const WakeUpTiming& timing, const std::function<void()>& idle);
 
 // ISO 14230 fast init: 25 ms low, then StartCommunication (the given frame) and its positive reply.

@@ -2,7 +2,7 @@
 
 namespace kvx::sim {
 
-std::vector<BusEvent> BusRecord::bytes(Origin origin) const
+std::vector<BusEvent> BusRecord::bytes(link::TraceOrigin origin) const
 {
     std::vector<BusEvent> out;
     for (const auto& e : events)

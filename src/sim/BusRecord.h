@@ -2,6 +2,7 @@
 
 #include "link/Clock.h"
 #include "link/Hex.h"
+#include "link/Trace.h"
 #include "sim/FaultPlan.h"
 
 #include <cstdint>
@@ -10,14 +11,11 @@
 
 namespace kvx::sim {
 
-// Who put a byte on the K-line: the tester, the interface echoing the tester, or a unit.
-enum class Origin { Tester, Echo, Ecu };
-
 struct BusEvent {
     enum class Kind { BreakOn, BreakOff, Byte };
     link::Micros time = 0; // edges: when the line changed; bytes: the end of the stop bit
     Kind kind = Kind::Byte;
-    Origin origin = Origin::Tester;
+    link::TraceOrigin origin = link::TraceOrigin::Tester;
     std::uint8_t byte = 0;
 };
 
@@ -51,7 +49,7 @@ struct BusRecord {
     // Every frame a unit put on the line, as it was sent (stray bytes of line noise are none).
     std::vector<link::Bytes> framesSent;
 
-    std::vector<BusEvent> bytes(Origin origin) const;
+    std::vector<BusEvent> bytes(link::TraceOrigin origin) const;
     std::vector<BusEvent> edges() const;
 };
 

@@ -7,6 +7,8 @@
 
 namespace kvx::sim {
 
+using namespace link::kline;
+
 namespace {
 
 // The freeze frame holds the values that matter when a fault is logged.
@@ -96,42 +98,42 @@ PidContext EngineUnit::contextAt(link::Micros t)
 std::vector<link::Bytes> EngineUnit::answer(const Request& r)
 {
     switch (r.payload.front()) {
-    case 0x01: return service01(r);
-    case 0x02: return service02(r);
-    case 0x03: return codes(0x43, stored_);
-    case 0x04: return clear(r);
-    case 0x05: return service05(r);
-    case 0x06: return service06(r);
-    case 0x07: return codes(0x47, pending_);
-    case 0x09: return service09(r);
-    case 0x22: return readNissanData(nissanEngineItems(), r, contextAt(r.time).state);
-    case 0x3E: return {{0x7E}};
+    case kCurrentData: return currentData(r);
+    case kFreezeFrame: return freezeFrame(r);
+    case kStoredCodes: return codes(positiveReply(kStoredCodes), stored_);
+    case kClearCodes: return clear(r);
+    case kOxygenTests: return oxygenTests(r);
+    case kMonitorTests: return monitorTests(r);
+    case kPendingCodes: return codes(positiveReply(kPendingCodes), pending_);
+    case kVehicleInformation: return vehicleInformation(r);
+    case kReadDataByIdentifier: return readNissanData(nissanEngineItems(), r, contextAt(r.time).state);
+    case kTesterPresent: return {{positiveReply(kTesterPresent)}};
     // The engine unit speaks for the car when nobody knows a service.
     default: return {negative(r.payload.front(), kServiceNotSupported)};
     }
 }
 
-std::vector<link::Bytes> EngineUnit::service01(const Request& r)
+std::vector<link::Bytes> EngineUnit::currentData(const Request& r)
 {
     if (r.payload.size() < 2)
-        return {negative(0x01, kSubFunctionNotSupported)};
+        return {negative(kCurrentData, kSubFunctionNotSupported)};
     const std::uint8_t pid = r.payload[1];
     // The maker's own parameters start at B0, clear of the ranges the J1979 bitmaps describe.
     const PidContext ctx = contextAt(r.time);
     const auto data = pid >= 0xB0 ? encodeToyotaPid(pid, ctx) : encodePid(enginePids(), pid, ctx);
     if (!data)
         return lacking(r, kSubFunctionNotSupported);
-    link::Bytes reply{0x41, pid};
+    link::Bytes reply{positiveReply(kCurrentData), pid};
     reply.insert(reply.end(), data->begin(), data->end());
     return {reply};
 }
 
-std::vector<link::Bytes> EngineUnit::service02(const Request& r)
+std::vector<link::Bytes> EngineUnit::freezeFrame(const Request& r)
 {
     if (r.payload.size() < 3 || r.payload[2] != 0x00)
         return lacking(r, kSubFunctionNotSupported);
     const std::uint8_t pid = r.payload[1];
-    link::Bytes reply{0x42, pid, 0x00};
+    link::Bytes reply{positiveReply(kFreezeFrame), pid, 0x00};
     link::Bytes data;
     if (pid == 0x00) {
         std::vector<std::uint8_t> pids;
@@ -174,19 +176,19 @@ std::vector<link::Bytes> EngineUnit::clear(const Request& r)
     freeze_.reset();
     clearedAt_ = std::max(seconds, 1e-6);
     kmAtClear_ = kmAt(seconds);
-    return {{0x44}};
+    return {{positiveReply(kClearCodes)}};
 }
 
-std::vector<link::Bytes> EngineUnit::service05(const Request& r)
+std::vector<link::Bytes> EngineUnit::oxygenTests(const Request& r)
 {
     if (r.payload.size() < 3)
-        return {negative(0x05, kSubFunctionNotSupported)};
+        return {negative(kOxygenTests, kSubFunctionNotSupported)};
     const std::uint8_t tid = r.payload[1], sensor = r.payload[2];
     if (tid == 0x00) {
         std::vector<std::uint8_t> tids;
         for (const auto& t : kO2Tests)
             tids.push_back(t.tid);
-        link::Bytes reply{0x45, 0x00, sensor};
+        link::Bytes reply{positiveReply(kOxygenTests), 0x00, sensor};
         const auto map = supportBitmap(tids, 0x00);
         reply.insert(reply.end(), map.begin(), map.end());
         return {reply};
@@ -196,20 +198,21 @@ std::vector<link::Bytes> EngineUnit::service05(const Request& r)
         return {};
     for (const auto& t : kO2Tests)
         if (t.tid == tid)
-            return {{0x45, tid, sensor, t.value[sensor - 1], t.min[sensor - 1], t.max[sensor - 1]}};
+            return {{positiveReply(kOxygenTests), tid, sensor, t.value[sensor - 1], t.min[sensor - 1],
+                     t.max[sensor - 1]}};
     return {};
 }
 
-std::vector<link::Bytes> EngineUnit::service06(const Request& r)
+std::vector<link::Bytes> EngineUnit::monitorTests(const Request& r)
 {
     if (r.payload.size() < 2)
-        return {negative(0x06, kSubFunctionNotSupported)};
+        return {negative(kMonitorTests, kSubFunctionNotSupported)};
     const std::uint8_t tid = r.payload[1];
     if (tid == 0x00) {
         std::vector<std::uint8_t> tids;
         for (const auto& m : kMonitor)
             tids.push_back(m.tid);
-        link::Bytes reply{0x46, 0x00};
+        link::Bytes reply{positiveReply(kMonitorTests), 0x00};
         const auto map = supportBitmap(tids, 0x00);
         reply.insert(reply.end(), map.begin(), map.end());
         return {reply};
@@ -217,26 +220,26 @@ std::vector<link::Bytes> EngineUnit::service06(const Request& r)
     std::vector<link::Bytes> frames;
     for (const auto& m : kMonitor)
         if (m.tid == tid)
-            frames.push_back({0x46, tid, m.cid, static_cast<std::uint8_t>(m.value >> 8),
+            frames.push_back({positiveReply(kMonitorTests), tid, m.cid, static_cast<std::uint8_t>(m.value >> 8),
                               static_cast<std::uint8_t>(m.value), static_cast<std::uint8_t>(m.limit >> 8),
                               static_cast<std::uint8_t>(m.limit)});
     return frames;
 }
 
-std::vector<link::Bytes> EngineUnit::service09(const Request& r)
+std::vector<link::Bytes> EngineUnit::vehicleInformation(const Request& r)
 {
     if (r.payload.size() < 2)
-        return {negative(0x09, kSubFunctionNotSupported)};
+        return {negative(kVehicleInformation, kSubFunctionNotSupported)};
     switch (r.payload[1]) {
-    case 0x00: return {{0x49, 0x00, 0x01, 0xC0, 0x00, 0x00, 0x00}};
-    case 0x01: return {{0x49, 0x01, 0x05}};
+    case 0x00: return {{positiveReply(kVehicleInformation), 0x00, 0x01, 0xC0, 0x00, 0x00, 0x00}};
+    case 0x01: return {{positiveReply(kVehicleInformation), 0x01, 0x05}};
     case 0x02: {
         // Seventeen characters after three fill bytes, four bytes to a numbered frame.
         link::Bytes vin(3, 0x00);
         vin.insert(vin.end(), kVin, kVin + std::strlen(kVin));
         std::vector<link::Bytes> frames;
         for (std::size_t i = 0; i < vin.size(); i += 4) {
-            link::Bytes f{0x49, 0x02, static_cast<std::uint8_t>(i / 4 + 1)};
+            link::Bytes f{positiveReply(kVehicleInformation), 0x02, static_cast<std::uint8_t>(i / 4 + 1)};
             f.insert(f.end(), vin.begin() + static_cast<long>(i), vin.begin() + static_cast<long>(i + 4));
             frames.push_back(f);
         }

@@ -35,13 +35,13 @@ private:
 
     PidContext contextAt(link::Micros t);
     double kmAt(double seconds);
-    std::vector<link::Bytes> service01(const Request& r);
-    std::vector<link::Bytes> service02(const Request& r);
+    std::vector<link::Bytes> currentData(const Request& r);
+    std::vector<link::Bytes> freezeFrame(const Request& r);
     std::vector<link::Bytes> codes(std::uint8_t reply, const std::vector<TroubleCode>& list) const;
     std::vector<link::Bytes> clear(const Request& r);
-    std::vector<link::Bytes> service05(const Request& r);
-    std::vector<link::Bytes> service06(const Request& r);
-    std::vector<link::Bytes> service09(const Request& r);
+    std::vector<link::Bytes> oxygenTests(const Request& r);
+    std::vector<link::Bytes> monitorTests(const Request& r);
+    std::vector<link::Bytes> vehicleInformation(const Request& r);
 
     link::Clock& clock_;
     std::uint64_t seed_;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "link/Clock.h"
+#include "link/KLineTiming.h"
 
 #include <optional>
 #include <vector>
@@ -18,6 +19,7 @@ struct FiveBaudResult {
 FiveBaudResult decodeFiveBaud(link::Micros lowEdge, const std::vector<link::Micros>& edges,
                               link::Micros tolerance);
 
-constexpr link::Micros kFiveBaudBit = link::ms(200);
+using link::kline::kFiveBaudBit;
+using link::kline::kFiveBaudByte;
 
 } // namespace kvx::sim

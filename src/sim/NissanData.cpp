@@ -7,10 +7,11 @@
 
 namespace kvx::sim {
 
+using namespace link::kline;
+
 namespace {
 
-constexpr std::uint8_t kReadReply = 0x62;
-constexpr std::uint8_t kOutOfRange = 0x31;
+constexpr std::uint8_t kReadReply = positiveReply(kReadDataByIdentifier);
 
 double celsius(double c) { return c + 50.0; }
 double volts(double v) { return v / 0.08; }

@@ -5,6 +5,8 @@
 
 namespace kvx::sim {
 
+using namespace link::kline;
+
 namespace {
 
 const std::vector<PidEntry> kGearbox = {
@@ -26,21 +28,21 @@ std::vector<link::Bytes> TransmissionUnit::answer(const Request& r)
     PidContext ctx;
     ctx.state = engineStateAt(static_cast<double>(r.time - start_) / 1e6, seed_);
     switch (service) {
-    case 0x01: {
+    case kCurrentData: {
         if (r.payload.size() < 2)
             return {negative(service, kSubFunctionNotSupported)};
         const auto data = encodePid(kGearbox, r.payload[1], ctx);
         if (!data)
             return lacking(r, kSubFunctionNotSupported);
-        link::Bytes reply{0x41, r.payload[1]};
+        link::Bytes reply{positiveReply(kCurrentData), r.payload[1]};
         reply.insert(reply.end(), data->begin(), data->end());
         return {reply};
     }
-    case 0x03: return {{0x43, 0, 0, 0, 0, 0, 0}};
-    case 0x07: return {{0x47, 0, 0, 0, 0, 0, 0}};
-    case 0x04: return {{0x44}};
-    case 0x22: return readNissanData(nissanGearboxItems(), r, ctx.state);
-    case 0x3E: return {{0x7E}};
+    case kStoredCodes: return {{positiveReply(kStoredCodes), 0, 0, 0, 0, 0, 0}};
+    case kPendingCodes: return {{positiveReply(kPendingCodes), 0, 0, 0, 0, 0, 0}};
+    case kClearCodes: return {{positiveReply(kClearCodes)}};
+    case kReadDataByIdentifier: return readNissanData(nissanGearboxItems(), r, ctx.state);
+    case kTesterPresent: return {{positiveReply(kTesterPresent)}};
     default:
         return lacking(r, kServiceNotSupported);
     }

@@ -10,18 +10,25 @@
 
 namespace kvx::sim {
 
+using link::LineKind;
+using link::TraceOrigin;
+using namespace link::kline;
+
 namespace {
 
 constexpr int kBusBaud = 10400;
-constexpr std::uint8_t kObdAddress = 0x33;
+// The units read the tester's edges with more slack than the tester keeps to.
 constexpr link::Micros kEdgeTolerance = link::ms(10);
-constexpr link::Micros kFastLow = link::ms(25);
-constexpr link::Micros kFastWakeUp = link::ms(50);
 // Shorter lows than this are fast-init pulses; a 5-baud start bit lasts 200 ms.
 constexpr link::Micros kLongestPulse = link::ms(100);
 // A tester frame ends when no byte follows for this long (P4 allows at most 20 ms between bytes).
 constexpr link::Micros kFrameGap = link::ms(25);
 constexpr link::Micros kInvKb2Wait = link::ms(1000);
+// A byte sent at another rate than the receiver's arrives as garbage; a collision flips a bit.
+constexpr std::uint8_t kGarbled = 0xA5;
+constexpr std::uint8_t kCollidedBit = 0x10;
+// The key bytes of the "wrong key bytes" fault: neither ISO 9141-2 nor ISO 14230.
+constexpr std::uint8_t kWrongKb1 = 0x12, kWrongKb2 = 0x34;
 
 // Within 2 %; worked in 64 bits so no rate a tester may ask for overflows the test.
 bool baudHolds(int baud) { return std::llabs(static_cast<long long>(baud) - kBusBaud) * 50 <= kBusBaud; }
@@ -70,7 +77,7 @@ void VirtualVehicle::testerBreak(bool on)
     if (on == lineLow_)
         return;
     lineLow_ = on;
-    record_.events.push_back({t, on ? BusEvent::Kind::BreakOn : BusEvent::Kind::BreakOff, Origin::Tester, 0});
+    record_.events.push_back({t, on ? BusEvent::Kind::BreakOn : BusEvent::Kind::BreakOff, TraceOrigin::Tester, 0});
     if (on && wake_ != Wake::FiveBaud) {
         beginWakeUp(t);
         return;
@@ -94,12 +101,12 @@ void VirtualVehicle::testerBreak(bool on)
     InitObservation obs = observe(InitObservation::Kind::FastInit);
     obs.lowWidth = width;
     record_.inits.push_back(obs);
-    if (std::llabs(width - kFastLow) > kEdgeTolerance) {
+    if (std::llabs(width - kTiniL) > kEdgeTolerance) {
         refuseWake("the fast-init low pulse was not 25 ms");
         return;
     }
     wake_ = Wake::AwaitStart;
-    wakeDeadline_ = lowEdge_ + kFastWakeUp + kEdgeTolerance;
+    wakeDeadline_ = lowEdge_ + kTWuP + kEdgeTolerance;
 }
 
 void VirtualVehicle::beginWakeUp(link::Micros t)
@@ -128,7 +135,7 @@ void VirtualVehicle::testerWrite(const link::Bytes& bytes)
         const link::Micros end = start + byteTime();
         auto at = std::upper_bound(outgoing_.begin(), outgoing_.end(), end,
                                    [](link::Micros v, const Pending& p) { return v < p.time; });
-        outgoing_.insert(at, {end, Origin::Tester, b});
+        outgoing_.insert(at, {end, TraceOrigin::Tester, b});
         start = end;
     }
     testerLineFree_ = start;
@@ -151,7 +158,7 @@ std::optional<link::Micros> VirtualVehicle::nextInternal() const
     if (!outgoing_.empty())
         consider(outgoing_.front().time);
     if (wake_ == Wake::LowPulse || wake_ == Wake::FiveBaud)
-        consider(lowEdge_ + 10 * kFiveBaudBit);
+        consider(lowEdge_ + kFiveBaudByte);
     if ((wake_ == Wake::AwaitInvKb2 || wake_ == Wake::AwaitStart) && frame_.empty())
         consider(wakeDeadline_);
     if (!frame_.empty())
@@ -174,15 +181,16 @@ void VirtualVehicle::processAt(link::Micros t)
         const Pending p = outgoing_.front();
         outgoing_.pop_front();
         record_.events.push_back({p.time, BusEvent::Kind::Byte, p.origin, p.byte});
-        if (p.origin == Origin::Tester)
+        if (p.origin == TraceOrigin::Tester)
             onTesterByte(p.byte, p.time);
         else
             // A unit's byte sent at another rate than the tester's arrives as garbage.
-            received_.push_back(p.origin == Origin::Ecu && !baudHolds(baud_) ? static_cast<std::uint8_t>(p.byte ^ 0xA5)
-                                                                              : p.byte);
+            received_.push_back(p.origin == TraceOrigin::Ecu && !baudHolds(baud_)
+                                    ? static_cast<std::uint8_t>(p.byte ^ kGarbled)
+                                    : p.byte);
         return;
     }
-    if ((wake_ == Wake::LowPulse || wake_ == Wake::FiveBaud) && t == lowEdge_ + 10 * kFiveBaudBit) {
+    if ((wake_ == Wake::LowPulse || wake_ == Wake::FiveBaud) && t == lowEdge_ + kFiveBaudByte) {
         finishAddress();
         return;
     }
@@ -237,16 +245,16 @@ void VirtualVehicle::finishAddress()
         return;
 
     // The unit that answers last on the bus (the engine unit) holds the handshake.
-    std::uint8_t kb1 = 0x08, kb2 = 0x08;
-    if (config_.slowInit == Protocol::Kwp2000 && !units_.empty()) {
+    std::uint8_t kb1 = kIsoKeyByte, kb2 = kIsoKeyByte;
+    if (config_.slowInit == LineKind::Kwp && !units_.empty()) {
         const EcuModel* lead = unitsByRank().back();
         kb1 = kb1Of(*lead, true);
         kb2 = lead->kwpKb2();
     }
     if (wakeFault_ == Fault::WrongKeyBytes)
-        kb1 = 0x12, kb2 = 0x34;
-    const link::Micros addressEnd = lowEdge_ + 10 * kFiveBaudBit;
-    link::Micros end = sendByte(0x55, addressEnd + config_.timing.w1);
+        kb1 = kWrongKb1, kb2 = kWrongKb2;
+    const link::Micros addressEnd = lowEdge_ + kFiveBaudByte;
+    link::Micros end = sendByte(kSync, addressEnd + config_.timing.w1);
     end = sendByte(kb1, end + config_.timing.w2);
     end = sendByte(kb2, end + config_.timing.w3);
     wake_ = Wake::AwaitInvKb2;
@@ -269,8 +277,9 @@ void VirtualVehicle::startCommunication(const Request& request, link::Micros end
         if ((!request.functional && request.target != unit->address()) || silent(*unit))
             continue;
         const std::uint8_t kb1 = kb1Of(*unit, request.functional);
-        const link::Bytes positive{0xC1, wrong ? std::uint8_t{0x12} : kb1, wrong ? std::uint8_t{0x34} : unit->kwpKb2()};
-        last = sendFrame(replyFrame(Protocol::Kwp2000, unit->address(), request.source, positive,
+        const link::Bytes positive{positiveReply(kStartCommunication), wrong ? kWrongKb1 : kb1,
+                                   wrong ? kWrongKb2 : unit->kwpKb2()};
+        last = sendFrame(replyFrame(LineKind::Kwp, unit->address(), request.source, positive,
                                     KwpHeader{true, kb1WantsLengthByte(kb1)}),
                          at);
         at = *last + config_.timing.p2;
@@ -280,14 +289,14 @@ void VirtualVehicle::startCommunication(const Request& request, link::Micros end
     }
     if (!last)
         return;
-    openSession(Protocol::Kwp2000, *last, sessionKb1);
+    openSession(LineKind::Kwp, *last, sessionKb1);
     session_->shortHeaderUnit = shortHeaderUnit;
     session_->shortHeaderTester = request.source;
 }
 
-void VirtualVehicle::openSession(Protocol protocol, link::Micros at, std::uint8_t kb1)
+void VirtualVehicle::openSession(LineKind protocol, link::Micros at, std::uint8_t kb1)
 {
-    session_ = Session{protocol, at, {}, 0, protocol == Protocol::Kwp2000 && kb1WantsLengthByte(kb1)};
+    session_ = Session{protocol, at, {}, 0, protocol == LineKind::Kwp && kb1WantsLengthByte(kb1)};
 }
 
 std::uint8_t VirtualVehicle::kb1Of(const EcuModel& unit, bool functional) const
@@ -316,15 +325,15 @@ void VirtualVehicle::dropSessionIfSilent(link::Micros t)
 
 // ---- tester frames ------------------------------------------------------------------------
 
-std::optional<Protocol> VirtualVehicle::listeningProtocol() const
+std::optional<LineKind> VirtualVehicle::listeningProtocol() const
 {
     // Without breaks the header is all there is to tell the protocols apart.
     if (config_.noBreaks && wake_ == Wake::None && !frame_.empty())
-        return frame_.front() == 0x68 ? Protocol::Iso9141 : Protocol::Kwp2000;
+        return frame_.front() == kIsoRequest ? LineKind::Iso9141 : LineKind::Kwp;
     if (session_)
         return session_->protocol;
     if (wake_ == Wake::AwaitStart)
-        return Protocol::Kwp2000;
+        return LineKind::Kwp;
     return std::nullopt;
 }
 
@@ -343,10 +352,10 @@ void VirtualVehicle::onTesterByte(std::uint8_t byte, link::Micros end)
     // The interface hears its own transmission; the faults bend what it hears.
     if (requestFault_ != Fault::NoEcho) {
         const bool collide = requestFault_ == Fault::Collision && frame_.empty();
-        outgoing_.push_front({end, Origin::Echo, static_cast<std::uint8_t>(collide ? byte ^ 0x10 : byte)});
+        outgoing_.push_front({end, TraceOrigin::Echo, static_cast<std::uint8_t>(collide ? byte ^ kCollidedBit : byte)});
     }
     if (!baudHolds(baud_))
-        byte ^= 0xA5;
+        byte ^= kGarbled;
     if (session_)
         session_->lastActivity = end;
 
@@ -365,7 +374,7 @@ void VirtualVehicle::onTesterByte(std::uint8_t byte, link::Micros end)
     if (wake_ == Wake::AwaitStart && frame_.empty()) {
         InitObservation& obs = record_.inits.back();
         obs.firstByteAfterLow = start - lowEdge_;
-        if (std::llabs(obs.firstByteAfterLow - kFastWakeUp) > kEdgeTolerance) {
+        if (std::llabs(obs.firstByteAfterLow - kTWuP) > kEdgeTolerance) {
             refuseWake("StartCommunication did not begin 50 ms after the low edge");
             return;
         }
@@ -394,7 +403,7 @@ void VirtualVehicle::completeFrame()
     if (!request || request->payload.empty())
         return;
     request->time = end;
-    const bool startMessage = *protocol == Protocol::Kwp2000 && request->payload.front() == 0x81;
+    const bool startMessage = *protocol == LineKind::Kwp && request->payload.front() == kStartCommunication;
     if (wake_ == Wake::AwaitStart) {
         if (startMessage) {
             record_.inits.back().accepted = true;
@@ -419,9 +428,9 @@ void VirtualVehicle::completeFrame()
             startCommunication(*request, end);
             return;
         }
-        if (*protocol == Protocol::Kwp2000)
+        if (*protocol == LineKind::Kwp)
             return;
-        openSession(Protocol::Iso9141, end);
+        openSession(LineKind::Iso9141, end);
     }
     if (!session_)
         return;
@@ -456,7 +465,7 @@ void VirtualVehicle::handleRequest(const Request& request, link::Micros end)
         return;
     }
     const std::uint8_t service = request.payload.front();
-    if (request.protocol == Protocol::Kwp2000 && service == 0x81) {
+    if (request.protocol == LineKind::Kwp && service == kStartCommunication) {
         // A StartCommunication inside a session is answered as a new start.
         startCommunication(request, end);
         return;
@@ -493,11 +502,11 @@ void VirtualVehicle::handleRequest(const Request& request, link::Micros end)
         // Faults of the reply strike the unit that answers last (the engine unit).
         const bool struck = i + 1 == answers.size();
         if (struck && fault == Fault::NegativeReply)
-            a.payloads = {negative(service, 0x22)};
+            a.payloads = {negative(service, kConditionsNotCorrect)};
         if (struck && fault == Fault::ResponsePending) {
+            const link::Bytes pending = negative(service, kResponsePending);
             const link::Micros last =
-                sendFrame(replyFrame(request.protocol, a.unit->address(), request.source, negative(service, 0x78), form),
-                          at);
+                sendFrame(replyFrame(request.protocol, a.unit->address(), request.source, pending, form), at);
             at = last + tm.pending;
         }
         for (std::size_t k = 0; k < a.payloads.size(); ++k) {
@@ -510,7 +519,7 @@ void VirtualVehicle::handleRequest(const Request& request, link::Micros end)
     }
 }
 
-link::Micros VirtualVehicle::sendByte(std::uint8_t byte, link::Micros start, Origin origin)
+link::Micros VirtualVehicle::sendByte(std::uint8_t byte, link::Micros start, TraceOrigin origin)
 {
     const link::Micros end = std::max(start, unitLineFree_) + byteTime();
     auto at = std::upper_bound(outgoing_.begin(), outgoing_.end(), end,

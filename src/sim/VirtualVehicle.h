@@ -26,7 +26,7 @@ struct EcuTiming {
     link::Micros p1 = link::ms(2);   // between the bytes of a reply (0..20)
     link::Micros p2 = link::ms(30);  // request to reply, and between replies (25..50)
     link::Micros p2Late = link::ms(48);    // the "near P2max" fault
-    link::Micros pending = link::ms(400);  // 0x78 to the real answer
+    link::Micros pending = link::ms(400);  // "response pending" to the real answer
     link::Micros p3Max = link::ms(5000);   // silence after which a session is given up
 };
 
@@ -44,7 +44,7 @@ struct VehicleConfig {
     // ISO 9141 requests without a 5-baud wake-up.
     bool noBreaks = false;
     // What a 5-baud wake-up opens: ISO 9141-2 (key bytes 08 08) or ISO 14230 (KB2 0x8F).
-    Protocol slowInit = Protocol::Iso9141;
+    link::LineKind slowInit = link::LineKind::Iso9141;
     // Every unit's ISO 14230 KB1, in place of its own; the units then write their headers in the
     // form it names (0xEA: addresses and a separate length byte only).
     std::optional<std::uint8_t> kwpKb1;
@@ -86,7 +86,7 @@ public:
 
 private:
     struct Session {
-        Protocol protocol;
+        link::LineKind protocol;
         link::Micros lastActivity;
         // Set when a StartCommunication to one unit chose headers without addresses: such
         // requests are that unit's, from this tester.
@@ -96,7 +96,7 @@ private:
     };
     struct Pending {
         link::Micros time; // end of the byte
-        Origin origin;
+        link::TraceOrigin origin;
         std::uint8_t byte;
     };
     enum class Wake { None, LowPulse, FiveBaud, AwaitInvKb2, AwaitStart };
@@ -109,12 +109,12 @@ private:
     void completeFrame();
     void startCommunication(const Request& request, link::Micros end);
     void handleRequest(const Request& request, link::Micros end);
-    link::Micros sendByte(std::uint8_t byte, link::Micros start, Origin origin = Origin::Ecu);
+    link::Micros sendByte(std::uint8_t byte, link::Micros start, link::TraceOrigin origin = link::TraceOrigin::Ecu);
     link::Micros sendFrame(const link::Bytes& frame, link::Micros start);
-    void openSession(Protocol protocol, link::Micros at, std::uint8_t kb1 = 0);
+    void openSession(link::LineKind protocol, link::Micros at, std::uint8_t kb1 = 0);
     std::uint8_t kb1Of(const EcuModel& unit, bool functional) const;
     void dropSessionIfSilent(link::Micros t);
-    std::optional<Protocol> listeningProtocol() const;
+    std::optional<link::LineKind> listeningProtocol() const;
     std::vector<EcuModel*> unitsByRank() const;
     bool silent(const EcuModel& unit) const;
     void refuseWake(const std::string& why);

@@ -31,7 +31,7 @@ TEST(NissanConnect, TransmissionUnitIsWokenByFastInitAndListedAs10)
     EXPECT_EQ(car.screen.GridMode1.text(1, data::PidColumn), "1101");
     // The start frame went out addressed to the transmission unit.
     std::string sent;
-    for (const auto& byte : car.vehicle.record().bytes(sim::Origin::Tester))
+    for (const auto& byte : car.vehicle.record().bytes(link::TraceOrigin::Tester))
         sent += link::toHex(link::Bytes{byte.byte});
     EXPECT_NE(sent.find("8118FC8116"), std::string::npos);
 }

@@ -15,7 +15,7 @@ namespace {
 
 int testerBytes(const test::CoreVehicle& car)
 {
-    return static_cast<int>(car.vehicle.record().bytes(sim::Origin::Tester).size());
+    return static_cast<int>(car.vehicle.record().bytes(link::TraceOrigin::Tester).size());
 }
 
 // A grid of hand-made rows, each ticked.

@@ -62,17 +62,17 @@ TEST(Encoding, BodiesAreAddressedAndTheirLengthChecked)
 
 TEST(KeyBytes, DecideTimingAndHeaderForm)
 {
-    EXPECT_EQ(interpretKeyBytes(1, 0x08, 0x08).p2Min, ms(25));
-    EXPECT_EQ(interpretKeyBytes(1, 0x94, 0x94).p2Min, 0);
-    EXPECT_FALSE(interpretKeyBytes(1, 0xEF, 0x8F).accepted);
-    EXPECT_FALSE(interpretKeyBytes(2, 0x08, 0x08).accepted);
+    EXPECT_EQ(interpretKeyBytes(Iso9141Slow, 0x08, 0x08).p2Min, ms(25));
+    EXPECT_EQ(interpretKeyBytes(Iso9141Slow, 0x94, 0x94).p2Min, 0);
+    EXPECT_FALSE(interpretKeyBytes(Iso9141Slow, 0xEF, 0x8F).accepted);
+    EXPECT_FALSE(interpretKeyBytes(Kwp2000Slow, 0x08, 0x08).accepted);
     // KB1 differs from KB2 and its parity bit is ignored: EF and 6F mean the same.
-    const auto full = interpretKeyBytes(2, 0xEF, 0x8F);
-    const auto noParity = interpretKeyBytes(3, 0x6F, 0x8F);
+    const auto full = interpretKeyBytes(Kwp2000Slow, 0xEF, 0x8F);
+    const auto noParity = interpretKeyBytes(Kwp2000Fast, 0x6F, 0x8F);
     EXPECT_TRUE(full.accepted && full.kwp && noParity.accepted);
     EXPECT_EQ(full.form.addresses, noParity.form.addresses);
     // AL1 only (length byte), HB0 only (no addresses), TP set (P2min 0).
-    const auto byteOnly = interpretKeyBytes(3, 0xD6, 0x8F);
+    const auto byteOnly = interpretKeyBytes(Kwp2000Fast, 0xD6, 0x8F);
     EXPECT_FALSE(byteOnly.form.lengthInFormat);
     EXPECT_TRUE(byteOnly.form.lengthByte);
     EXPECT_FALSE(byteOnly.form.addresses);

@@ -8,11 +8,11 @@ using namespace kvx;
 using link::LinkError;
 using link::ms;
 using sim::Fault;
-using sim::Origin;
+using link::TraceOrigin;
 
 namespace {
 
-sim::VehicleConfig withRequestFault(int request, Fault f, sim::Protocol slow = sim::Protocol::Iso9141)
+sim::VehicleConfig withRequestFault(int request, Fault f, link::LineKind slow = link::LineKind::Iso9141)
 {
     sim::VehicleConfig c;
     c.faults.requests[request] = f;
@@ -55,8 +55,8 @@ TEST(WakeUp, FiveBaudAddressHoldsItsBitsAndTheHandshakeItsWindows)
     EXPECT_LE(init.worstBitError, ms(2));
     // 0x33 has two pairs of zero bits: held as single breaks, so 5 edges after the start edge.
     EXPECT_EQ(init.bitEdges.size(), 5u);
-    const auto kb2 = bench.bytes(Origin::Ecu).at(2);
-    const auto inverted = bench.bytes(Origin::Tester).at(0);
+    const auto kb2 = bench.bytes(TraceOrigin::Ecu).at(2);
+    const auto inverted = bench.bytes(TraceOrigin::Tester).at(0);
     EXPECT_EQ(inverted.byte, 0xF7);
     const auto w4 = inverted.time - bench.vehicle.byteTime() - kb2.time;
     EXPECT_GE(w4, ms(25));
@@ -66,7 +66,7 @@ TEST(WakeUp, FiveBaudAddressHoldsItsBitsAndTheHandshakeItsWindows)
 TEST(WakeUp, KwpSlowInitAcceptsDifferentKeyBytesAndWrongOnesFail)
 {
     sim::VehicleConfig kwp;
-    kwp.slowInit = sim::Protocol::Kwp2000;
+    kwp.slowInit = link::LineKind::Kwp;
     test::SimBench bench(kwp);
     EXPECT_FALSE(bench.wake(1)) << "ISO 9141 refuses KWP key bytes";
     EXPECT_TRUE(bench.wake(2));
@@ -77,7 +77,7 @@ TEST(WakeUp, KwpSlowInitAcceptsDifferentKeyBytesAndWrongOnesFail)
     wrong.faults.wakeUps[0] = Fault::WrongKeyBytes;
     test::SimBench refused(wrong);
     EXPECT_FALSE(refused.wake(1));
-    EXPECT_TRUE(refused.bytes(Origin::Tester).empty()) << "no inverted KB2 for key bytes we refuse";
+    EXPECT_TRUE(refused.bytes(TraceOrigin::Tester).empty()) << "no inverted KB2 for key bytes we refuse";
 }
 
 TEST(WakeUp, FastInitPulseAndStartCommunicationAreOnTime)
@@ -133,14 +133,14 @@ RequestOnBus lastRequest(const test::SimBench& bench)
     const auto& ev = bench.vehicle.record().events;
     // The last run of tester bytes and their echoes, and the unit byte before it.
     std::size_t end = ev.size();
-    while (end > 0 && ev[end - 1].origin != Origin::Tester)
+    while (end > 0 && ev[end - 1].origin != TraceOrigin::Tester)
         --end;
     std::size_t begin = end;
-    while (begin > 0 && ev[begin - 1].origin != Origin::Ecu)
+    while (begin > 0 && ev[begin - 1].origin != TraceOrigin::Ecu)
         --begin;
     RequestOnBus r;
     for (std::size_t i = begin; i < end; ++i)
-        if (ev[i].origin == Origin::Tester)
+        if (ev[i].origin == TraceOrigin::Tester)
             r.starts.push_back(ev[i].time - bench.vehicle.byteTime());
     if (begin > 0)
         r.lastUnitByte = ev[begin - 1].time;

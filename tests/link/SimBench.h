@@ -24,7 +24,7 @@ struct SimBench {
 
     std::string ask(const std::string& request) { return link.DecodeReply(link.Transact(link.EncodeRequest(request))); }
 
-    std::vector<sim::BusEvent> bytes(sim::Origin origin) const { return vehicle.record().bytes(origin); }
+    std::vector<sim::BusEvent> bytes(link::TraceOrigin origin) const { return vehicle.record().bytes(origin); }
 
     link::VirtualClock clock{1'000'000};
     sim::VirtualVehicle vehicle;

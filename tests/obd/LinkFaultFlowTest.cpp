@@ -76,7 +76,7 @@ TEST(FailedWakeUp, EveryModuleFreesThePortAndTheNextConnectWorks)
     for (const auto& [module, protocol] : tries) {
         sim::VehicleConfig config = silentWakeUps({0});
         if (protocol == link::Kwp2000Slow)
-            config.slowInit = sim::Protocol::Kwp2000;
+            config.slowInit = link::LineKind::Kwp;
         test::CoreVehicle car(config, protocol);
         EXPECT_FALSE(enhanced::ConnectModule(car.session, module)) << module << "/" << protocol;
         EXPECT_EQ(car.screen.StatusBar1.text(1), kInitFailed);
@@ -108,7 +108,7 @@ TEST(LengthByteFrames, AKwpRefusalIsANegativeResponse)
     for (int protocol : {link::Kwp2000Slow, link::Kwp2000Fast}) {
         const bool refusing = true;
         sim::VehicleConfig config = lengthByteEngine(refusing);
-        config.slowInit = sim::Protocol::Kwp2000;
+        config.slowInit = link::LineKind::Kwp;
         test::CoreVehicle car(config, protocol);
         EXPECT_FALSE(ConnectEcu(car.session));
         ASSERT_EQ(car.shell.boxes.size(), 1u) << protocol;

@@ -10,7 +10,9 @@
 namespace kvx::sim::test {
 
 using link::Bytes;
+using link::LineKind;
 using link::ms;
+using link::TraceOrigin;
 
 // Drives the virtual vehicle's wire the way a plain K-line tester would, on virtual time.
 struct BusTester {
@@ -118,7 +120,7 @@ inline std::vector<Bytes> unitFrames(const BusRecord& record, link::Micros from,
 {
     std::vector<Bytes> frames;
     link::Micros last = -1;
-    for (const auto& e : record.bytes(Origin::Ecu)) {
+    for (const auto& e : record.bytes(TraceOrigin::Ecu)) {
         if (e.time < from)
             continue;
         if (last < 0 || e.time - last > gap)

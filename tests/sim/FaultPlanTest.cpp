@@ -72,11 +72,11 @@ Faulted under(Fault fault)
     t.readUntilQuiet(ms(1000));
     Faulted f;
     f.frames = unitFrames(t.vehicle.record(), from);
-    for (const auto& e : t.vehicle.record().bytes(Origin::Echo))
+    for (const auto& e : t.vehicle.record().bytes(TraceOrigin::Echo))
         if (e.time > from)
             f.echo.push_back(e.byte);
-    const auto tester = t.vehicle.record().bytes(Origin::Tester);
-    for (const auto& e : t.vehicle.record().bytes(Origin::Ecu))
+    const auto tester = t.vehicle.record().bytes(TraceOrigin::Tester);
+    for (const auto& e : t.vehicle.record().bytes(TraceOrigin::Ecu))
         if (e.time > from) {
             f.firstReplyAfterRequest = e.time - t.vehicle.byteTime() - tester.back().time;
             break;

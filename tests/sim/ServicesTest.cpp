@@ -53,8 +53,8 @@ TEST(Service01, BothUnitsAnswerWithTheGearboxFirstAndValidFrames)
     }
     // Reply timing: P2 after the request, P1 between bytes, P2 between the two units.
     const auto& rec = car.vehicle.record();
-    const auto tester = rec.bytes(Origin::Tester);
-    const auto ecu = rec.bytes(Origin::Ecu);
+    const auto tester = rec.bytes(TraceOrigin::Tester);
+    const auto ecu = rec.bytes(TraceOrigin::Ecu);
     const link::Micros byte = car.vehicle.byteTime();
     const link::Micros requestEnd = tester.back().time;
     std::vector<BusEvent> reply;

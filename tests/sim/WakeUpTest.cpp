@@ -60,14 +60,14 @@ TEST(SlowInit, HandshakeBytesAndTheirTimingSitInsideTheWindows)
         edges.push_back(e.time - obs.lowEdge);
     EXPECT_EQ(edges, (std::vector<link::Micros>{0, ms(200), ms(600), ms(1000), ms(1400), ms(1800)}));
 
-    const auto ecu = t.vehicle.record().bytes(Origin::Ecu);
+    const auto ecu = t.vehicle.record().bytes(TraceOrigin::Ecu);
     ASSERT_EQ(ecu.size(), 4u);
     const link::Micros byte = t.vehicle.byteTime();
     const link::Micros addressEnd = obs.lowEdge + 10 * kFiveBaudBit;
     const link::Micros w1 = ecu[0].time - byte - addressEnd;
     const link::Micros w2 = ecu[1].time - byte - ecu[0].time;
     const link::Micros w3 = ecu[2].time - byte - ecu[1].time;
-    const link::Micros tester = t.vehicle.record().bytes(Origin::Tester).at(0).time;
+    const link::Micros tester = t.vehicle.record().bytes(TraceOrigin::Tester).at(0).time;
     const link::Micros w4 = ecu[3].time - byte - tester;
     EXPECT_TRUE(w1 >= ms(60) && w1 <= ms(300)) << w1;
     EXPECT_TRUE(w2 >= ms(5) && w2 <= ms(20)) << w2;
@@ -105,7 +105,7 @@ TEST(SlowInit, RefusesOtherAddressesSloppyBitsAndAWrongInvertedKeyByte)
 TEST(SlowInit, KwpVehicleAnswersWithKb2Of8F)
 {
     VehicleConfig cfg;
-    cfg.slowInit = Protocol::Kwp2000;
+    cfg.slowInit = LineKind::Kwp;
     BusTester t(cfg);
     EXPECT_EQ(t.slowInit(), (Bytes{0x55, 0xEF, 0x8F, 0x70, 0xCC}));
     const Bytes reply = t.kwp({0x01, 0x0D});
@@ -173,7 +173,7 @@ TEST(Bus, EchoesEachTesterByteAsItEndsAndGarblesRepliesAtAWrongRate)
     t.wire->write(request);
     const Bytes echo = t.readFor(ms(7));
     EXPECT_EQ(echo, request);
-    const auto echoes = t.vehicle.record().bytes(Origin::Echo);
+    const auto echoes = t.vehicle.record().bytes(TraceOrigin::Echo);
     ASSERT_GE(echoes.size(), 6u);
     for (std::size_t i = 0; i < 6; ++i)
         EXPECT_EQ(echoes[echoes.size() - 6 + i].time, sent + static_cast<link::Micros>(i + 1) * t.vehicle.byteTime());

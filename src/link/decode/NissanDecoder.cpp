@@ -1,6 +1,7 @@
 #include "link/decode/NissanDecoder.h"
 
 #include "link/Hex.h"
+#include "link/ProtocolBytes.h"
 #include "link/decode/NissanItems.h"
 #include "link/decode/PidValue.h"
 
@@ -12,7 +13,7 @@ namespace {
 
 using namespace decode;
 
-constexpr std::uint8_t kReadReply = 0x62;
+constexpr std::uint8_t kReadReply = kline::positiveReply(kline::kReadDataByIdentifier);
 
 // "1101" as 0x1101; nullopt for anything but four hex digits.
 std::optional<int> identifierOf(std::string_view text)

@@ -1,5 +1,6 @@
 #include "link/decode/PidValue.h"
 
+#include "link/ProtocolBytes.h"
 #include "link/ReplyText.h"
 #include "link/decode/NumberText.h"
 #include "link/decode/PidTable.h"
@@ -10,8 +11,8 @@ namespace kvx::link::decode {
 
 namespace {
 
-constexpr std::uint8_t kLiveReply = 0x41;
-constexpr std::uint8_t kFreezeReply = 0x42;
+constexpr std::uint8_t kLiveReply = kline::positiveReply(kline::kCurrentData);
+constexpr std::uint8_t kFreezeReply = kline::positiveReply(kline::kFreezeFrame);
 
 int word(const std::uint8_t* d)
 {

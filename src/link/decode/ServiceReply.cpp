@@ -1,15 +1,13 @@
 #include "link/decode/ServiceReply.h"
 
+#include "link/ProtocolBytes.h"
 #include "link/ReplyText.h"
 
 namespace kvx::link::decode {
 
 namespace {
-constexpr std::uint8_t kNegative = 0x7F;
-constexpr std::uint8_t kCleared = 0x44;
-constexpr std::uint8_t kClear = 0x04;
-constexpr std::uint8_t kConditionsNotCorrect = 0x22;
-constexpr std::uint8_t kPositiveOffset = 0x40;
+using namespace kline;
+constexpr std::uint8_t kCleared = positiveReply(kClearCodes);
 } // namespace
 
 std::string negativeResponseText(std::uint8_t code)
@@ -37,21 +35,21 @@ std::string formatServiceReply(std::string_view message)
     const auto m = readMessage(message);
     if (!m)
         return {};
-    if (m->service == kNegative) {
+    if (m->service == kNegativeReply) {
         if (m->data.size() < 2)
             return "Request refused (no reason given)";
         const auto& d = m->data;
         std::string text = "Service " + toHex(d[0]) + " refused: " + negativeResponseText(d[1]);
         // Units refuse to clear codes while the engine runs; saying so spares the user a guess.
-        if (d[0] == kClear && d[1] == kConditionsNotCorrect)
+        if (d[0] == kClearCodes && d[1] == kConditionsNotCorrect)
             text += ", stop the engine and leave the ignition on";
         return text + " (" + toHex(d[1]) + ")";
     }
     if (m->service == kCleared)
         return "Trouble codes cleared";
-    if (m->service < kPositiveOffset)
+    if (m->service < kReplyBit)
         return "Not a reply (service " + toHex(m->service) + ")";
-    return "Service " + toHex(static_cast<std::uint8_t>(m->service - kPositiveOffset)) + " accepted";
+    return "Service " + toHex(static_cast<std::uint8_t>(m->service - kReplyBit)) + " accepted";
 }
 
 } // namespace kvx::link::decode

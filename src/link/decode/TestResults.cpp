@@ -1,5 +1,6 @@
 #include "link/decode/TestResults.h"
 
+#include "link/ProtocolBytes.h"
 #include "link/ReplyText.h"
 #include "link/decode/NumberText.h"
 #include "link/decode/PidWords.h"
@@ -10,8 +11,8 @@ namespace kvx::link::decode {
 
 namespace {
 
-constexpr std::uint8_t kOxygenReply = 0x45;
-constexpr std::uint8_t kMonitorReply = 0x46;
+constexpr std::uint8_t kOxygenReply = kline::positiveReply(kline::kOxygenTests);
+constexpr std::uint8_t kMonitorReply = kline::positiveReply(kline::kMonitorTests);
 constexpr std::uint8_t kMinimumBit = 0x80;
 
 struct OxygenTest {

@@ -1,6 +1,7 @@
 #include "link/decode/ToyotaDecoder.h"
 
 #include "link/Hex.h"
+#include "link/ProtocolBytes.h"
 #include "link/ReplyText.h"
 #include "link/decode/PidValue.h"
 #include "link/decode/ToyotaItems.h"
@@ -11,7 +12,7 @@ namespace {
 
 using namespace decode;
 
-constexpr std::uint8_t kLiveReply = 0x41;
+constexpr std::uint8_t kLiveReply = kline::positiveReply(kline::kCurrentData);
 
 } // namespace
 

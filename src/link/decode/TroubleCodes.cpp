@@ -1,5 +1,6 @@
 #include "link/decode/TroubleCodes.h"
 
+#include "link/ProtocolBytes.h"
 #include "link/ReplyText.h"
 
 #include <algorithm>
@@ -7,8 +8,8 @@
 namespace kvx::link::decode {
 
 namespace {
-constexpr std::uint8_t kStoredCodes = 0x43;
-constexpr std::uint8_t kPendingCodes = 0x47;
+constexpr std::uint8_t kStoredCodes = kline::positiveReply(kline::kStoredCodes);
+constexpr std::uint8_t kPendingCodes = kline::positiveReply(kline::kPendingCodes);
 constexpr char kLetters[] = "PCBU";
 constexpr char kDigits[] = "0123456789ABCDEF";
 } // namespace

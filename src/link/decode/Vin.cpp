@@ -1,5 +1,6 @@
 #include "link/decode/Vin.h"
 
+#include "link/ProtocolBytes.h"
 #include "link/ReplyText.h"
 
 #include <map>
@@ -7,7 +8,7 @@
 namespace kvx::link::decode {
 
 namespace {
-constexpr std::uint8_t kInfoReply = 0x49;
+constexpr std::uint8_t kInfoReply = kline::positiveReply(kline::kVehicleInformation);
 constexpr std::uint8_t kVinInfoType = 0x02;
 constexpr std::size_t kBytesPerMessage = 4;
 } // namespace
