@@ -18,6 +18,9 @@ const std::vector<Fault> kAllFaults = {
     Fault::ResponsePending, Fault::LateReply,   Fault::NoEcho,      Fault::Collision,
 };
 
+// Faults of the handshake, which no request can have.
+bool onlyAtWakeUp(Fault f) { return f == Fault::WrongKeyBytes || f == Fault::WrongInvertedAddress; }
+
 Fault draw(const FaultPlan& plan, std::uint64_t stream, int n, const std::vector<Fault>& pool)
 {
     if (plan.rate <= 0.0 || pool.empty())
@@ -37,7 +40,7 @@ Fault FaultPlan::forRequest(int n) const
         return it->second;
     std::vector<Fault> pool;
     for (Fault f : kinds.empty() ? kAllFaults : kinds)
-        if (f != Fault::WrongKeyBytes)
+        if (!onlyAtWakeUp(f))
             pool.push_back(f);
     return draw(*this, 0x5245510000000000ull, n, pool);
 }
@@ -48,7 +51,7 @@ Fault FaultPlan::forWakeUp(int n) const
         return it->second;
     std::vector<Fault> pool;
     for (Fault f : kinds.empty() ? std::vector<Fault>{Fault::WrongKeyBytes, Fault::Silence} : kinds)
-        if (f == Fault::WrongKeyBytes || f == Fault::Silence)
+        if (onlyAtWakeUp(f) || f == Fault::Silence)
             pool.push_back(f);
     return draw(*this, 0x57414B4500000000ull, n, pool);
 }

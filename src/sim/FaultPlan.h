@@ -16,6 +16,7 @@ enum class Fault {
     ResponsePending, // the engine unit answers 7F .. 78 first, then the real answer
     LateReply,       // replies start just inside P2max
     WrongKeyBytes,   // a wake-up answered with key bytes no tester may accept
+    WrongInvertedAddress, // a 5-baud wake-up ended with the address itself, not its inverse
     NoEcho,          // the interface echoes nothing of this request
     Collision,       // one echoed byte comes back changed
 };

@@ -365,7 +365,9 @@ void VirtualVehicle::onTesterByte(std::uint8_t byte, link::Micros end)
             return;
         }
         wake_ = Wake::None;
-        const link::Micros last = sendByte(static_cast<std::uint8_t>(~kObdAddress), end + config_.timing.w4);
+        const auto inverted = static_cast<std::uint8_t>(wakeFault_ == Fault::WrongInvertedAddress ? kObdAddress
+                                                                                                   : ~kObdAddress);
+        const link::Micros last = sendByte(inverted, end + config_.timing.w4);
         openSession(config_.slowInit, last, wakeKb1_);
         return;
     }

@@ -45,8 +45,18 @@ TEST(Encoding, GenericRequestsGetLengthAndChecksumAsTheSessionAllows)
     HeaderForm byteOnly;
     byteOnly.lengthInFormat = false;
     EXPECT_EQ(toHex(encodeRequest(LineKind::Kwp, hex("C033F10100"), byteOnly)), "C033F1020100E7");
-    EXPECT_THROW(encodeRequest(LineKind::Iso9141, hex("686AF10102030405060708"), both), LinkError);
     EXPECT_THROW(encodeRequest(LineKind::Kwp, hex("C033F1"), both), LinkError);
+
+    // Frame edges: seven bytes after an ISO 9141 header fit, eight do not; KWP carries up to 63
+    // in the format byte and from 64 on a length byte of its own, or refuses when the unit takes none.
+    EXPECT_EQ(toHex(encodeRequest(LineKind::Iso9141, hex("686AF101020304050607"), both)), "686AF101020304050607DF");
+    EXPECT_THROW(encodeRequest(LineKind::Iso9141, hex("686AF10102030405060708"), both), LinkError);
+    const std::string data63(126, '1'), data64(128, '1');
+    EXPECT_EQ(toHex(encodeRequest(LineKind::Kwp, hex(("C033F1" + data63).c_str()), both)).substr(0, 8), "FF33F111");
+    EXPECT_EQ(toHex(encodeRequest(LineKind::Kwp, hex(("C033F1" + data64).c_str()), both)).substr(0, 8), "C033F140");
+    HeaderForm formatOnly;
+    formatOnly.lengthByte = false;
+    EXPECT_THROW(encodeRequest(LineKind::Kwp, hex(("C033F1" + data64).c_str()), formatOnly), LinkError);
 }
 
 TEST(Encoding, BodiesAreAddressedAndTheirLengthChecked)
@@ -58,6 +68,8 @@ TEST(Encoding, BodiesAreAddressedAndTheirLengthChecked)
     EXPECT_EQ(toHex(encodeBody(byteOnly, 0x10, 0xFC, body)), "8010FC052211000401C9");
     EXPECT_THROW(encodeBody(HeaderForm{}, 0x10, 0xFC, hex("0522110004")), LinkError) << "length byte says 5, 4 follow";
     EXPECT_THROW(encodeBody(HeaderForm{}, 0x10, 0xFC, hex("062211000401")), LinkError);
+    const Bytes longBody = hex(("40" + std::string(128, '2')).c_str());
+    EXPECT_EQ(toHex(encodeBody(HeaderForm{}, 0x10, 0xFC, longBody)).substr(0, 10), "8010FC4022");
 }
 
 TEST(KeyBytes, DecideTimingAndHeaderForm)

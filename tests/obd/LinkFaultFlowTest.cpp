@@ -147,6 +147,13 @@ TEST(LengthByteFrames, KeepAliveRefusalsCountAsSilence)
     refusing = false;
     KeepAliveTick(car.session);
     EXPECT_EQ(car.session.SilenceCount, 0);
+
+    // The rule follows the protocol setting: once ISO 9141-2 is applied in the settings window
+    // mid-session, a refusal is an answer like any other.
+    car.session.settings.ProtocolNumber = link::Iso9141Slow;
+    refusing = true;
+    KeepAliveTick(car.session);
+    EXPECT_EQ(car.session.SilenceCount, 0);
 }
 
 TEST(LengthByteFrames, NissanUnitsWithFullHeadersStayAlive)

@@ -1,6 +1,7 @@
 #include "data/DtcDescriptions.h"
 #include "obd/TroubleCodeLines.h"
 #include "obd/TroubleCodes.h"
+#include "support/BusTiming.h"
 #include "support/VehicleSession.h"
 
 #include <gtest/gtest.h>
@@ -61,6 +62,11 @@ TEST_F(TroubleCodes, StoredCodesRepeatEarlierFramesAndPutTheLinkBack)
     EXPECT_GE(blocks.size(), 2u) << "the vehicle's stored codes should need several frames";
     for (const auto& line : lines)
         EXPECT_EQ(line.substr(5, 3), " - ") << line;
+    // Codes may come in several frames, so the read waits 1500 ms before its request, whatever
+    // P3 the settings give; the setting is back afterwards.
+    const auto request = test::lastRequest(bench.vehicle.record(), bench.vehicle.byteTime());
+    EXPECT_GE(request.quietBefore(), link::ms(1500));
+    EXPECT_LE(request.quietBefore(), link::ms(1501));
     EXPECT_EQ(bench.link.GetP3Delay(), 120);
     EXPECT_TRUE(bench.screen.tmrKeepAlive.enabled());
     EXPECT_EQ(bench.screen.tmrKeepAlive.interval(), s.settings.KeepAlive);

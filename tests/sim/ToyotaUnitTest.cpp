@@ -1,11 +1,11 @@
 #include "SupportBits.h"
+#include "link/ReplyText.h"
 #include "link/SimBench.h"
 #include "link/decode/ToyotaDecoder.h"
 #include "link/decode/ToyotaItems.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <set>
 #include <string>
 
@@ -18,15 +18,9 @@ struct GenericBench : kvx::test::SimBench {
     // The engine unit's message of a service 01 reply, "" when it did not answer.
     std::string engine(const std::string& pid)
     {
-        const std::string reply = ask("686AF101" + pid);
-        std::size_t from = 0;
-        while (from < reply.size()) {
-            const std::size_t to = std::min(reply.find(':', from), reply.size());
-            const std::string message = reply.substr(from, to - from);
-            if (message.size() > 6 && message.substr(4, 2) == "10")
+        for (const std::string& message : link::splitReply(ask("686AF101" + pid)))
+            if (link::sourceText(message) == "10")
                 return message;
-            from = to + 1;
-        }
         return {};
     }
     bool started = false;
