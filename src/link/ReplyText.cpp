@@ -10,9 +10,9 @@ using namespace kline;
 
 constexpr std::size_t kSourceAt = 2;
 
-std::string_view firstMessage(std::string_view text) { return text.substr(0, text.find(':')); }
-
 } // namespace
+
+std::string_view firstMessage(std::string_view reply) { return reply.substr(0, reply.find(':')); }
 
 std::vector<std::string> splitReply(std::string_view reply)
 {

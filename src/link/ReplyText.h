@@ -19,6 +19,9 @@ namespace kvx::link {
 // The messages of a reply text, split at ":"; none for an empty reply.
 std::vector<std::string> splitReply(std::string_view reply);
 
+// The first message of a reply text: everything before the first ":".
+std::string_view firstMessage(std::string_view reply);
+
 struct ReplyMessage {
     std::optional<std::uint8_t> source; // absent in the one-byte header form
     std::uint8_t service = 0;

@@ -2,6 +2,7 @@
 
 #include "link/Hex.h"
 #include "link/ProtocolBytes.h"
+#include "link/ReplyText.h"
 #include "link/decode/NissanItems.h"
 #include "link/decode/PidValue.h"
 
@@ -59,7 +60,7 @@ std::string NissanDecoder::SensorValue(const std::string& reply, int kind, int b
         return {};
     // The message is "LL 62 II II data.." (any checksum after it is not read): LL counts the bytes
     // from 62 on.
-    const auto bytes = fromHex(std::string_view(reply).substr(0, reply.find(':')));
+    const auto bytes = fromHex(firstMessage(reply));
     if (!bytes || bytes->size() < 4 || (*bytes)[1] != kReadReply || bytes->size() < 1u + (*bytes)[0])
         return {};
     const Bytes& b = *bytes;
