@@ -12,6 +12,7 @@ using namespace link::kline;
 namespace {
 
 constexpr std::uint8_t kReadReply = positiveReply(kReadDataByIdentifier);
+constexpr std::uint8_t kGearboxUnit = 0x18;
 
 double celsius(double c) { return c + 50.0; }
 double volts(double v) { return v / 0.08; }
@@ -80,18 +81,19 @@ const std::vector<NissanItemCode> kGearbox = {
      }},
 };
 
-bool hasItem(const std::vector<NissanItemCode>& items, int identifier)
+using Identifiers = std::vector<std::uint16_t>;
+
+bool hasItem(const Identifiers& items, int identifier)
 {
-    return std::any_of(items.begin(), items.end(), [identifier](const auto& i) { return i.identifier == identifier; });
+    return std::find(items.begin(), items.end(), identifier) != items.end();
 }
 
-bool rangeHasItems(const std::vector<NissanItemCode>& items, int first, int last)
+bool rangeHasItems(const Identifiers& items, int first, int last)
 {
-    return std::any_of(items.begin(), items.end(),
-                       [first, last](const auto& i) { return i.identifier >= first && i.identifier <= last; });
+    return std::any_of(items.begin(), items.end(), [first, last](int i) { return i >= first && i <= last; });
 }
 
-link::Bytes supportBitmap(const std::vector<NissanItemCode>& items, int start)
+link::Bytes supportBitmap(const Identifiers& items, int start)
 {
     std::uint32_t map = 0;
     for (int n = 1; n <= 32; ++n) {
@@ -108,11 +110,10 @@ link::Bytes supportBitmap(const std::vector<NissanItemCode>& items, int start)
 
 } // namespace
 
-const std::vector<NissanItemCode>& nissanEngineItems() { return kEngine; }
-const std::vector<NissanItemCode>& nissanGearboxItems() { return kGearbox; }
+const std::vector<NissanItemCode>& nissanDriveItems(std::uint8_t unit) { return unit == kGearboxUnit ? kGearbox : kEngine; }
 
-std::vector<link::Bytes> readNissanData(const std::vector<NissanItemCode>& items, const Request& r,
-                                        const EngineState& state)
+std::vector<link::Bytes> readNissanData(const Identifiers& items, const Request& r,
+                                        const std::function<link::Bytes(std::uint16_t)>& valueOf)
 {
     if (r.payload.size() < 3)
         return {negative(r.payload.front(), kSubFunctionNotSupported)};
@@ -123,11 +124,9 @@ std::vector<link::Bytes> readNissanData(const std::vector<NissanItemCode>& items
     if (low == 0x00 || low == 0x20 || low == 0x40) {
         data = supportBitmap(items, identifier);
     } else {
-        const auto item = std::find_if(items.begin(), items.end(),
-                                       [identifier](const auto& i) { return i.identifier == identifier; });
-        if (item == items.end())
+        if (!hasItem(items, identifier))
             return lacking(r, kOutOfRange);
-        data = item->encode(state);
+        data = valueOf(static_cast<std::uint16_t>(identifier));
     }
     reply.insert(reply.end(), data.begin(), data.end());
     return {reply};

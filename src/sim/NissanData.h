@@ -5,6 +5,7 @@
 #include "sim/EcuModel.h"
 
 #include <cstdint>
+#include <functional>
 #include <vector>
 
 namespace kvx::sim {
@@ -19,14 +20,16 @@ struct NissanItemCode {
     link::Bytes (*encode)(const EngineState&);
 };
 
-const std::vector<NissanItemCode>& nissanEngineItems();
-const std::vector<NissanItemCode>& nissanGearboxItems();
+// The built-in car's items, following its drive: the gearbox unit's (0x18) or the engine unit's
+// (any other address).
+const std::vector<NissanItemCode>& nissanDriveItems(std::uint8_t unit);
 
 // The answer to "22 II II 04 01". Identifiers BB00, BB20 and BB40 ask which of the next 32
 // identifiers the unit has (bit 7 of the first byte is the next one up); BB20 and BB40 are also
 // set when the range after them has items, and a range without items gives four zero bytes.
 // Other identifiers answer "62 II II" and the item's bytes; an unknown one is refused (7F 22 31).
-std::vector<link::Bytes> readNissanData(const std::vector<NissanItemCode>& items, const Request& request,
-                                        const EngineState& state);
+// valueOf gives the bytes of one of the unit's identifiers now.
+std::vector<link::Bytes> readNissanData(const std::vector<std::uint16_t>& identifiers, const Request& request,
+                                        const std::function<link::Bytes(std::uint16_t)>& valueOf);
 
 } // namespace kvx::sim

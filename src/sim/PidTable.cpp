@@ -78,17 +78,21 @@ link::Bytes supportBitmap(const std::vector<std::uint8_t>& pids, std::uint8_t ba
             static_cast<std::uint8_t>(bits >> 8), static_cast<std::uint8_t>(bits)};
 }
 
+std::optional<link::Bytes> rangeBitmap(const std::vector<std::uint8_t>& pids, std::uint8_t base)
+{
+    const bool reached = base == 0 || std::any_of(pids.begin(), pids.end(), [base](auto p) { return p > base; });
+    if (!reached)
+        return std::nullopt;
+    return supportBitmap(pids, base);
+}
+
 std::optional<link::Bytes> encodePid(const std::vector<PidEntry>& table, std::uint8_t pid, const PidContext& ctx)
 {
-    std::vector<std::uint8_t> pids;
-    for (const auto& e : table)
-        pids.push_back(e.pid);
     if (pid % 0x20 == 0) {
-        // A range is answered when it holds a parameter or when an earlier bitmap pointed at it.
-        const bool reached = pid == 0 || std::any_of(pids.begin(), pids.end(), [pid](auto p) { return p > pid; });
-        if (!reached)
-            return std::nullopt;
-        return supportBitmap(pids, pid);
+        std::vector<std::uint8_t> pids;
+        for (const auto& e : table)
+            pids.push_back(e.pid);
+        return rangeBitmap(pids, pid);
     }
     for (const auto& e : table)
         if (e.pid == pid)

@@ -26,12 +26,17 @@ struct PidEntry {
     link::Bytes (*encode)(const PidContext&);
 };
 
-// The engine unit's service 01 parameters, by number (bitmaps 00/20/40 are worked out, not listed).
+// The built-in car's service 01 parameters, following its drive, by number (bitmaps 00/20/40 are
+// worked out, not listed).
 const std::vector<PidEntry>& enginePids();
 
 // The 4-byte support bitmap of the range after base for the given parameters: bit 7 of the first
 // byte is base+1; the last bit says whether the next range has any parameter.
 link::Bytes supportBitmap(const std::vector<std::uint8_t>& pids, std::uint8_t base);
+
+// The bitmap at base (a multiple of 20) for these parameters; nullopt when the range is not reached:
+// it holds no parameter and no earlier bitmap pointed at it.
+std::optional<link::Bytes> rangeBitmap(const std::vector<std::uint8_t>& pids, std::uint8_t base);
 
 // The data bytes of a parameter (bitmaps included); nullopt when the table lacks it.
 std::optional<link::Bytes> encodePid(const std::vector<PidEntry>& table, std::uint8_t pid, const PidContext& ctx);

@@ -14,6 +14,7 @@ link::Bytes join(const link::Bytes& a, const link::Bytes& b)
     return out;
 }
 
+// The Toyota engine unit's own service 01 parameters above B0, following the drive.
 // ISO 9141 leaves five data bytes after 41 and the parameter, so no parameter carries more.
 const std::vector<PidEntry> kToyota = {
     {0xB1, [](const PidContext& c) { return join(two(c.state.rpm * 4.0), one(c.state.speedKmh)); }},
@@ -36,18 +37,23 @@ const std::vector<PidEntry> kToyota = {
 
 } // namespace
 
-const std::vector<PidEntry>& toyotaPids() { return kToyota; }
-
-std::optional<link::Bytes> encodeToyotaPid(std::uint8_t pid, const PidContext& ctx)
+std::optional<link::Bytes> encodeToyotaPid(std::uint8_t pid, const PidContext& ctx, const std::set<std::uint8_t>& ranges)
 {
+    const auto rangeOf = [](std::uint8_t p) -> std::uint8_t { return p >= 0xE0 ? 0xE0 : p >= 0xC0 ? 0xC0 : 0xB0; };
+    if (!ranges.count(rangeOf(pid)))
+        return std::nullopt;
+    std::vector<PidEntry> offered;
+    for (const auto& e : kToyota)
+        if (ranges.count(rangeOf(e.pid)))
+            offered.push_back(e);
     // B0 sits off the 20-step grid that the generic bitmaps (and so C0 and E0) keep to.
     if (pid == 0xB0) {
         std::vector<std::uint8_t> pids;
-        for (const auto& e : kToyota)
+        for (const auto& e : offered)
             pids.push_back(e.pid);
         return supportBitmap(pids, pid);
     }
-    return encodePid(kToyota, pid, ctx);
+    return encodePid(offered, pid, ctx);
 }
 
 } // namespace kvx::sim

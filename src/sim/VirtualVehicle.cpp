@@ -1,9 +1,7 @@
 #include "sim/VirtualVehicle.h"
 
-#include "sim/EngineUnit.h"
 #include "sim/FiveBaudDecoder.h"
 #include "sim/KLineFrames.h"
-#include "sim/TransmissionUnit.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -35,21 +33,11 @@ bool baudHolds(int baud) { return std::llabs(static_cast<long long>(baud) - kBus
 
 } // namespace
 
-EcuFactory engineUnit()
-{
-    return [](link::Clock& c, std::uint64_t seed) { return std::make_unique<EngineUnit>(c, seed); };
-}
-
-EcuFactory transmissionUnit()
-{
-    return [](link::Clock& c, std::uint64_t seed) { return std::make_unique<TransmissionUnit>(c, seed); };
-}
-
 VirtualVehicle::VirtualVehicle(link::Clock& clock, VehicleConfig config)
     : clock_(clock), config_(std::move(config)), noise_(config_.seed * 0x9E3779B97F4A7C15ull + 1)
 {
     if (config_.units.empty())
-        config_.units = {engineUnit(), transmissionUnit()};
+        config_.units = configFor(builtInVehicle(), config_.seed).units;
     for (auto& make : config_.units)
         units_.push_back(make(clock_, config_.seed));
 }
@@ -103,6 +91,10 @@ void VirtualVehicle::testerBreak(bool on)
     record_.inits.push_back(obs);
     if (std::llabs(width - kTiniL) > kEdgeTolerance) {
         refuseWake("the fast-init low pulse was not 25 ms");
+        return;
+    }
+    if (!config_.fastInit) {
+        refuseWake("the car does not answer a fast init");
         return;
     }
     wake_ = Wake::AwaitStart;
@@ -238,18 +230,20 @@ void VirtualVehicle::finishAddress()
         obs.note = "the edges do not fall on the 200 ms bit grid";
     else if (*r.address != kObdAddress)
         obs.note = "no unit answers that address";
+    else if (!config_.slowInit)
+        obs.note = "the car does not answer a 5-baud wake-up";
     obs.accepted = obs.note.empty();
     record_.inits.push_back(obs);
     const bool allSilent = std::all_of(units_.begin(), units_.end(), [this](const auto& u) { return silent(*u); });
     if (!obs.accepted || wakeFault_ == Fault::Silence || allSilent)
         return;
 
-    // The unit that answers last on the bus (the engine unit) holds the handshake.
-    std::uint8_t kb1 = kIsoKeyByte, kb2 = kIsoKeyByte;
+    // The first unit on the bus (the engine unit) holds the handshake.
+    std::uint8_t kb1 = config_.isoKeyByte, kb2 = config_.isoKeyByte;
     if (config_.slowInit == LineKind::Kwp && !units_.empty()) {
-        const EcuModel* lead = unitsByRank().back();
-        kb1 = kb1Of(*lead, true);
-        kb2 = lead->kwpKb2();
+        const EcuModel& lead = *units_.front();
+        kb1 = kb1Of(lead, true);
+        kb2 = lead.kwpKb2();
     }
     if (wakeFault_ == Fault::WrongKeyBytes)
         kb1 = kWrongKb1, kb2 = kWrongKb2;
@@ -368,7 +362,7 @@ void VirtualVehicle::onTesterByte(std::uint8_t byte, link::Micros end)
         const auto inverted = static_cast<std::uint8_t>(wakeFault_ == Fault::WrongInvertedAddress ? kObdAddress
                                                                                                    : ~kObdAddress);
         const link::Micros last = sendByte(inverted, end + config_.timing.w4);
-        openSession(config_.slowInit, last, wakeKb1_);
+        openSession(*config_.slowInit, last, wakeKb1_);
         return;
     }
     if (wake_ == Wake::LowPulse || wake_ == Wake::FiveBaud)
@@ -419,7 +413,7 @@ void VirtualVehicle::completeFrame()
         session_.reset();
     if (!session_ && config_.noBreaks) {
         // Without breaks the message itself is the wake-up.
-        if (startMessage) {
+        if (startMessage && config_.fastInit) {
             wakeFault_ = config_.faults.forWakeUp(wakeUps_++);
             InitObservation obs;
             obs.kind = InitObservation::Kind::FastInit;
@@ -430,9 +424,10 @@ void VirtualVehicle::completeFrame()
             startCommunication(*request, end);
             return;
         }
-        if (*protocol == LineKind::Kwp)
+        // A request in the protocol the car's 5-baud wake-up opens finds the units listening.
+        if (startMessage || config_.slowInit != *protocol)
             return;
-        openSession(LineKind::Iso9141, end);
+        openSession(*protocol, end, units_.empty() ? 0 : kb1Of(*units_.front(), true));
     }
     if (!session_)
         return;
@@ -505,18 +500,16 @@ void VirtualVehicle::handleRequest(const Request& request, link::Micros end)
         const bool struck = i + 1 == answers.size();
         if (struck && fault == Fault::NegativeReply)
             a.payloads = {negative(service, kConditionsNotCorrect)};
-        if (struck && fault == Fault::ResponsePending) {
-            const link::Bytes pending = negative(service, kResponsePending);
-            const link::Micros last =
-                sendFrame(replyFrame(request.protocol, a.unit->address(), request.source, pending, form), at);
-            at = last + tm.pending;
-        }
+        if (struck && fault == Fault::ResponsePending)
+            a.payloads.insert(a.payloads.begin(), negative(service, kResponsePending));
         for (std::size_t k = 0; k < a.payloads.size(); ++k) {
-            link::Bytes frame =
-                replyFrame(request.protocol, a.unit->address(), request.source, a.payloads[k], form);
+            const link::Bytes& payload = a.payloads[k];
+            link::Bytes frame = replyFrame(request.protocol, a.unit->address(), request.source, payload, form);
             if (struck && fault == Fault::BadChecksum && k + 1 == a.payloads.size())
                 frame.back() = static_cast<std::uint8_t>(frame.back() + 1);
-            at = sendFrame(frame, at) + gap;
+            // A unit that said it is busy takes its time before the real answer.
+            const bool busy = payload.size() == 3 && payload[0] == kNegativeReply && payload[2] == kResponsePending;
+            at = sendFrame(frame, at) + (busy ? tm.pending : gap);
         }
     }
 }

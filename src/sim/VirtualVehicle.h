@@ -6,6 +6,7 @@
 #include "sim/BusRecord.h"
 #include "sim/EcuModel.h"
 #include "sim/FaultPlan.h"
+#include "sim/VehicleProfile.h"
 
 #include <cstdint>
 #include <deque>
@@ -31,24 +32,31 @@ struct EcuTiming {
 };
 
 using EcuFactory = std::function<std::unique_ptr<EcuModel>(link::Clock&, std::uint64_t seed)>;
-EcuFactory engineUnit();       // 0x10
-EcuFactory transmissionUnit(); // 0x18
 
 struct VehicleConfig {
     std::uint64_t seed = 1;
     FaultPlan faults;
-    // The units on the bus; empty means the engine unit (0x10) and the transmission unit (0x18).
+    // The units on the bus, the first holding the slow-init handshake; empty means the built-in
+    // car's engine unit (0x10) and transmission unit (0x18).
     std::vector<EcuFactory> units;
     EcuTiming timing;
     // A pty carries no break: open KWP sessions on a StartCommunication message alone and answer
     // ISO 9141 requests without a 5-baud wake-up.
     bool noBreaks = false;
-    // What a 5-baud wake-up opens: ISO 9141-2 (key bytes 08 08) or ISO 14230 (KB2 0x8F).
-    link::LineKind slowInit = link::LineKind::Iso9141;
+    // What a 5-baud wake-up opens: ISO 9141-2 or ISO 14230 (the first unit's key bytes); nullopt:
+    // the car does not answer one.
+    std::optional<link::LineKind> slowInit = link::LineKind::Iso9141;
+    // ISO 9141-2 key bytes: 08 08, or 94 94 for a unit that may answer at once.
+    std::uint8_t isoKeyByte = link::kline::kIsoKeyByte;
+    bool fastInit = true; // the car answers the ISO 14230 fast init
     // Every unit's ISO 14230 KB1, in place of its own; the units then write their headers in the
     // form it names (0xEA: addresses and a separate length byte only).
     std::optional<std::uint8_t> kwpKb1;
 };
+
+// The config that runs a car described as data: its units, wake-ups and timing. Throws
+// std::invalid_argument, in plain words, when the profile asks for something no unit can give.
+VehicleConfig configFor(const VehicleProfile& profile, std::uint64_t seed);
 
 // A car on a K-line. Passive: it works out what happened on the bus from the clock whenever its
 // wire is used, so it needs no thread and runs the same on virtual and real time.

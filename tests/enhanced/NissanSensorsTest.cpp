@@ -1,8 +1,8 @@
 #include "data/GridLayouts.h"
 #include "enhanced/Modules.h"
 #include "enhanced/NissanConnection.h"
-#include "sim/EngineUnit.h"
 #include "support/CoreVehicle.h"
+#include "support/UnitAnswers.h"
 #include "support/VehicleSession.h"
 
 #include <gtest/gtest.h>
@@ -47,18 +47,18 @@ TEST(NissanSupport, OnlyTheBitmapBytesPresentAreRead)
 // The Nissan engine unit, answering the first support request with a single bitmap byte.
 class ShortBitmapEngine final : public sim::EcuModel {
 public:
-    ShortBitmapEngine(link::Clock& clock, std::uint64_t seed) : inner_(clock, seed) {}
-    std::uint8_t address() const override { return inner_.address(); }
-    std::uint8_t kwpKb1Physical() const override { return inner_.kwpKb1Physical(); }
+    ShortBitmapEngine(link::Clock& clock, std::uint64_t seed) : inner_(test::BuiltInEngine(clock, seed)) {}
+    std::uint8_t address() const override { return inner_->address(); }
+    std::uint8_t kwpKb1Physical() const override { return inner_->kwpKb1Physical(); }
     std::vector<link::Bytes> answer(const sim::Request& r) override
     {
         if (r.payload == link::Bytes{0x22, 0x11, 0x00, 0x04, 0x01})
             return {{0x62, 0x11, 0x00, 0x80}};
-        return inner_.answer(r);
+        return inner_->answer(r);
     }
 
 private:
-    sim::EngineUnit inner_;
+    std::unique_ptr<sim::EcuModel> inner_;
 };
 
 TEST(NissanSupport, AShortReplyMarksOnlyItsOwnBitmapByte)

@@ -3,10 +3,10 @@
 #include "enhanced/NissanKeepAlive.h"
 #include "obd/Connection.h"
 #include "obd/InfoPids.h"
-#include "obd/TextColumns.h"
 #include "obd/KeepAlive.h"
-#include "sim/EngineUnit.h"
+#include "obd/TextColumns.h"
 #include "support/CoreVehicle.h"
+#include "support/UnitAnswers.h"
 
 #include <gtest/gtest.h>
 
@@ -27,17 +27,17 @@ sim::VehicleConfig silentWakeUps(std::initializer_list<int> numbers)
 // The engine unit alone, refusing every request while `refusing` is set.
 class RefusingEngine final : public sim::EcuModel {
 public:
-    RefusingEngine(link::Clock& clock, std::uint64_t seed, const bool& refusing) : inner_(clock, seed), refusing_(refusing) {}
-    std::uint8_t address() const override { return inner_.address(); }
+    RefusingEngine(link::Clock& clock, std::uint64_t seed, const bool& refusing) : inner_(test::BuiltInEngine(clock, seed)), refusing_(refusing) {}
+    std::uint8_t address() const override { return inner_->address(); }
     std::vector<link::Bytes> answer(const sim::Request& r) override
     {
         if (refusing_)
             return {sim::negative(r.payload.front(), 0x22)};
-        return inner_.answer(r);
+        return inner_->answer(r);
     }
 
 private:
-    sim::EngineUnit inner_;
+    std::unique_ptr<sim::EcuModel> inner_;
     const bool& refusing_;
 };
 
@@ -179,7 +179,7 @@ TEST(LineNoise, StrayBytesBeforeTheRepliesLoseNothing)
     test::CoreVehicle car(config, link::Kwp2000Fast);
     ASSERT_TRUE(ConnectEcu(car.session));
     ReadVehicleId(car.session);
-    EXPECT_EQ(car.screen.txtInfo.text(), std::string("VIN: ") + sim::EngineUnit::kVin + kLineBreak);
+    EXPECT_EQ(car.screen.txtInfo.text(), std::string("VIN: ") + sim::builtInVehicle().units.front().vin + kLineBreak);
 }
 
 } // namespace

@@ -1,5 +1,4 @@
 #include "BusTester.h"
-#include "sim/EngineUnit.h"
 
 #include <gtest/gtest.h>
 
@@ -183,7 +182,7 @@ TEST(OtherServices, OxygenMonitoringAndVin)
         EXPECT_EQ(vin[i][5], i + 1);
         text.append(vin[i].begin() + 6, vin[i].end() - 1);
     }
-    EXPECT_EQ(text.substr(3), EngineUnit::kVin);
+    EXPECT_EQ(text.substr(3), builtInVehicle().units.front().vin);
 }
 
 TEST(NegativeReplies, UnsupportedServiceInTheFormatOfEachProtocol)

@@ -51,16 +51,22 @@ private:
     std::vector<Answer> answers_;
 };
 
+// The built-in car's engine unit (10), for a test unit to wrap.
+inline std::unique_ptr<sim::EcuModel> BuiltInEngine(link::Clock& clock, std::uint64_t seed)
+{
+    return sim::configFor(sim::builtInVehicle(), seed).units.front()(clock, seed);
+}
+
 // The usual engine unit (10), with these answers of its own, and the gearbox unit (18) unless
 // the car has none.
 inline sim::VehicleConfig EngineAnswering(std::vector<Answer> answers, bool withGearbox = true)
 {
     sim::VehicleConfig config;
     config.units = {[answers = std::move(answers)](link::Clock& clock, std::uint64_t seed) {
-        return std::unique_ptr<sim::EcuModel>(std::make_unique<AnsweringUnit>(sim::engineUnit()(clock, seed), answers));
+        return std::unique_ptr<sim::EcuModel>(std::make_unique<AnsweringUnit>(BuiltInEngine(clock, seed), answers));
     }};
     if (withGearbox)
-        config.units.push_back(sim::transmissionUnit());
+        config.units.push_back(sim::configFor(sim::builtInVehicle(), 1).units.at(1));
     return config;
 }
 
