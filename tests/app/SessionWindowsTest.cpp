@@ -41,6 +41,12 @@ TEST(SettingsWindow, TypedP3IsCappedAndApplyStoresWhatTheFieldsHold)
     EXPECT_FALSE(p.session.settings.TryAllProtocols);
     // Apply moves the main window's slider too.
     EXPECT_EQ(p.window->findChild<QSlider*>("sldSpeedP3")->value(), 500);
+
+    protocol->setCurrentIndex(3);
+    emit protocol->activated(3);
+    QTest::mouseClick(apply, Qt::LeftButton);
+    EXPECT_EQ(p.store.get("TypeProtocol"), "4");
+    EXPECT_TRUE(p.session.settings.TryAllProtocols);
 }
 
 TEST(MainWindowSession, ConnectedOrReplayingRefusesToCloseAndTheSliderIsSavedAtExit)

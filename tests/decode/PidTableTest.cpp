@@ -29,14 +29,3 @@ TEST(PidTable, ByteCountsMatchWhatTheFormulaReads)
     for (const auto& row : pidRows())
         EXPECT_EQ(row.bytes, bytesRead(row.form)) << std::hex << int(row.pid);
 }
-
-TEST(PidTable, LookupFindsEachRowAndNothingElse)
-{
-    for (const auto& row : pidRows())
-        EXPECT_EQ(findPid(row.pid), &row);
-    for (const auto& absent : absentPids())
-        EXPECT_EQ(findPid(absent.pid), nullptr);
-    EXPECT_EQ(findPid(0x60), nullptr);
-    EXPECT_EQ(findPid(-1), nullptr);
-    EXPECT_EQ(findPid(256), nullptr);
-}

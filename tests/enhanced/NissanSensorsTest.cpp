@@ -3,7 +3,6 @@
 #include "enhanced/NissanConnection.h"
 #include "support/CoreVehicle.h"
 #include "support/UnitAnswers.h"
-#include "support/VehicleSession.h"
 
 #include <gtest/gtest.h>
 
@@ -18,18 +17,15 @@ bool marked(const Session& s, std::size_t row, std::size_t block)
     return s.SupportedPids[row][block];
 }
 
-TEST(NissanStartFrame, AddressesEachUnitAndEndsWithItsChecksum)
+TEST(NissanSupport, OnlyTheBitmapBytesPresentAreReadAndDamagedRepliesMarkNothing)
 {
-    test::VehicleSession v;
-    v.session.ModuleIndex = ModuleNissanEcu;
-    EXPECT_EQ(NissanStartFrame(v.session), "8110FC810E");
-    v.session.ModuleIndex = ModuleNissanTcu;
-    EXPECT_EQ(NissanStartFrame(v.session), "8118FC8116");
-}
+    test::CoreVehicle v;
+    for (const char* reply : {"", "06", "06621", "037F2212", "06621100ZZ"})
+        MarkSupportedNissanSensors(v.session, reply);
+    for (const auto& row : v.session.SupportedPids)
+        for (bool bit : row)
+            EXPECT_FALSE(bit);
 
-TEST(NissanSupport, OnlyTheBitmapBytesPresentAreRead)
-{
-    test::VehicleSession v;
     // Length, 62, block 11, start 00, then only d1 = 80 and d2 = 41.
     MarkSupportedNissanSensors(v.session, "056211008041");
     std::vector<std::size_t> rows;
@@ -77,19 +73,9 @@ TEST(NissanSupport, AShortReplyMarksOnlyItsOwnBitmapByte)
     EXPECT_NE(car.screen.GridMode1.text(2, data::PidColumn).substr(0, 3), "110");
 }
 
-TEST(NissanSupport, DamagedRepliesMarkNothing)
-{
-    test::VehicleSession v;
-    for (const char* reply : {"", "06", "06621", "037F2212", "06621100ZZ"})
-        MarkSupportedNissanSensors(v.session, reply);
-    for (const auto& row : v.session.SupportedPids)
-        for (bool bit : row)
-            EXPECT_FALSE(bit);
-}
-
 TEST(NissanSensors, RangeMarkersAreSkippedAndEveryOtherItemOfBlocks11To12Listed)
 {
-    test::VehicleSession v;
+    test::CoreVehicle v;
     v.session.ModuleIndex = ModuleNissanEcu;
     for (std::size_t row : {1u, 32u, 64u, 96u})
         v.session.SupportedPids[row][kBlock11] = true;

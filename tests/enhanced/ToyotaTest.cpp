@@ -30,20 +30,6 @@ void setRows(test::CoreVehicle& car, std::initializer_list<const char*> labels)
     }
 }
 
-TEST(ToyotaConnect, TryAllTriesOneTwoThreeThenInitFailedLeavingFour)
-{
-    test::CoreVehicle car({}, link::TryAll);
-    car.vehicle.setSilent(0x10, true);
-    car.vehicle.setSilent(0x18, true);
-    EXPECT_FALSE(ConnectModule(car.session, ModuleToyota));
-    EXPECT_EQ(car.statusTexts, (std::vector<std::string>{"TRYING PROTOCOL 1...", "TRYING PROTOCOL 2...",
-                                                         "TRYING PROTOCOL 3...", "INIT FAILED"}));
-    EXPECT_EQ(car.session.settings.ProtocolNumber, link::TryAll);
-    EXPECT_TRUE(car.session.LinkDown);
-    EXPECT_FALSE(car.screen.tmrKeepAlive.enabled());
-    EXPECT_TRUE(car.shell.boxes.empty());
-}
-
 TEST(ToyotaConnect, AsksTheThreeManufacturerBitmapsAndMarksWhatTheyHold)
 {
     test::CoreVehicle car;
@@ -58,17 +44,11 @@ TEST(ToyotaConnect, AsksTheThreeManufacturerBitmapsAndMarksWhatTheyHold)
     EXPECT_TRUE(car.session.SupportedPids[0xE2][0]);
     EXPECT_FALSE(car.session.SupportedPids[0xB4][0]);
     EXPECT_FALSE(car.session.SupportedPids[0xF0][0]);
-    EXPECT_TRUE(car.screen.tmrKeepAlive.enabled());
-    EXPECT_FALSE(car.screen.tmrKeepAliveEnhance.enabled());
-    EXPECT_TRUE(car.screen.control("chkLog").enabled());
-    EXPECT_EQ(car.screen.StatusBar1.text(1), "");
     // One row and one combo entry per named sub-value, in parameter, byte and sub-value order.
     const GridModel& grid = car.screen.GridMode1;
     ASSERT_GT(grid.rows(), 3);
     EXPECT_EQ(grid.text(1, data::PidColumn), "B101 0");
     EXPECT_EQ(grid.text(2, data::PidColumn), "B103 0");
-    EXPECT_EQ(grid.text(1, data::DescriptionColumn), car.session.toyotaDecoder.SensorName("B1", 1, 0));
-    EXPECT_EQ(grid.text(1, data::MarkerColumn), data::kTickedMarker);
     for (const ListModel& list : car.screen.cmbPid) {
         ASSERT_EQ(static_cast<int>(list.items().size()), grid.rows());
         EXPECT_EQ(list.items().front(), "OFF");
@@ -104,8 +84,6 @@ TEST(ToyotaLiveData, OneRequestServesEveryRowOfItsParameterAndIsRecordedWithTheR
     EXPECT_EQ(grid.text(1, data::ValueColumn), car.session.toyotaDecoder.SensorValue(1, 0, reply, 1));
     EXPECT_EQ(grid.text(2, data::ValueColumn), car.session.toyotaDecoder.SensorValue(3, 0, reply, 1));
     EXPECT_EQ(grid.text(2, data::AltValueColumn), car.session.toyotaDecoder.SensorValue(3, 0, reply, 2));
-    EXPECT_NE(grid.text(1, data::ValueColumn), "");
-    EXPECT_NE(grid.text(2, data::ValueColumn), "");
     EXPECT_NE(grid.text(1, data::ValueColumn), grid.text(2, data::ValueColumn));
     EXPECT_EQ(grid.text(3, data::ValueColumn), "");
     ASSERT_EQ(car.session.LogRecordNumber - first, 1);

@@ -2,7 +2,6 @@
 
 #include "log/LogController.h"
 #include "log/LogFormat.h"
-#include "log/Recorder.h"
 
 #include <gtest/gtest.h>
 
@@ -41,38 +40,6 @@ TEST(GenericReplay, TheGridGetsARowPerRecordedParameterAndFramesUpdateOnlyTheirR
     handler.show("486B10");
     EXPECT_EQ(grid.text(1, 3), "");
     EXPECT_EQ(grid.text(2, 3), "1:1AF800");
-}
-
-// What the live poller shows for a run of messages is what the replay of its recording shows.
-TEST(GenericReplay, ARecordedRunReplaysToTheSameGridTextsAsLive)
-{
-    test::LogRig rig;
-    const std::vector<std::string> messages{liveFrame("0C", "1AF8"), liveFrame("0D", "32"), liveFrame("0C", "1B00"),
-                                            liveFrame("05", "7B"), liveFrame("0D", "40")};
-    GridModel live("live", 5);
-    FrameHandler liveView = GenericFrameHandler(live, taggedDecoding());
-    liveView.prepare(messages);
-    ASSERT_TRUE(StartLogging(rig.session, rig.folder(), QDateTime(QDate(2024, 3, 5), QTime(7, 8, 9))));
-    for (const auto& m : messages) {
-        WriteLogFrame(rig.session, m);
-        liveView.show(m);
-    }
-    StopLogging(rig.session);
-
-    test::VirtualStopwatch stopwatch;
-    LogController player(rig.session, stopwatch,
-                         {{kGenericHeader, GenericFrameHandler(rig.screen.GridMode1, taggedDecoding())}});
-    player.setSpeed(0);
-    rig.screen.TabStrip1.add({"LIVE DATA", "", "Frame1"});
-    rig.screen.TabStrip1.add({"INFO", "", "Frame6"});
-    rig.screen.TabStrip1.select(1);
-    ASSERT_TRUE(player.open(rig.session.LogPath));
-    EXPECT_EQ(rig.screen.TabStrip1.selectedCaption(), "LIVE DATA");
-    player.play();
-    ASSERT_EQ(rig.screen.GridMode1.rows(), live.rows());
-    for (int row = 1; row < live.rows(); ++row)
-        for (int col = 1; col <= 4; ++col)
-            EXPECT_EQ(rig.screen.GridMode1.text(row, col), live.text(row, col)) << row << "," << col;
 }
 
 } // namespace

@@ -16,14 +16,6 @@ namespace {
 // Key byte 1 naming addresses and a separate length byte as the only header form.
 constexpr std::uint8_t kLengthByteKb1 = 0xEA;
 
-sim::VehicleConfig silentWakeUps(std::initializer_list<int> numbers)
-{
-    sim::VehicleConfig config;
-    for (int n : numbers)
-        config.faults.wakeUps[n] = sim::Fault::Silence;
-    return config;
-}
-
 // The engine unit alone, refusing every request while `refusing` is set.
 class RefusingEngine final : public sim::EcuModel {
 public:
@@ -65,6 +57,7 @@ void expectNotConnected(test::CoreVehicle& car)
     EXPECT_FALSE(car.link.IsPortOpen()) << "the cable stays locked";
     EXPECT_TRUE(car.screen.control("Connect").enabled());
     EXPECT_FALSE(car.screen.control("Disconnect").enabled());
+    EXPECT_TRUE(car.screen.control("Setting").enabled());
 }
 
 TEST(FailedWakeUp, EveryModuleFreesThePortAndTheNextConnectWorks)
@@ -74,7 +67,7 @@ TEST(FailedWakeUp, EveryModuleFreesThePortAndTheNextConnectWorks)
                                          {ModuleGeneric, link::Kwp2000Fast},
                                          {ModuleNissanEcu, link::Kwp2000Fast}};
     for (const auto& [module, protocol] : tries) {
-        sim::VehicleConfig config = silentWakeUps({0});
+        sim::VehicleConfig config = test::silentWakeUps({0});
         if (protocol == link::Kwp2000Slow)
             config.slowInit = link::LineKind::Kwp;
         test::CoreVehicle car(config, protocol);

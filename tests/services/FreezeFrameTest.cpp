@@ -1,5 +1,5 @@
 #include "obd/FreezeFrame.h"
-#include "support/VehicleSession.h"
+#include "support/CoreVehicle.h"
 
 #include <QString>
 #include <gtest/gtest.h>
@@ -8,9 +8,9 @@ namespace kvx::obd {
 namespace {
 
 struct FreezeFrame : ::testing::Test {
-    test::VehicleSession bench;
+    test::CoreVehicle bench;
     Session& s = bench.session;
-    void SetUp() override { ASSERT_TRUE(bench.connect()); }
+    void SetUp() override { ASSERT_TRUE(bench.wake()); }
 };
 
 TEST_F(FreezeFrame, ParagraphsLineUpWithRedValues)

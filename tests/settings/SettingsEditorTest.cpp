@@ -23,12 +23,9 @@ TEST(SettingsEditor, LoadShowsTheSettingsWithApplyDisabledAndEditsEnableIt)
     Dialog d;
     EXPECT_EQ(d.editor.txtP3.text(), "300");
     EXPECT_EQ(d.editor.cmbTypeProtocol.text(), "Try All");
-    EXPECT_EQ(d.editor.cmbPort.text(), "1");
-    EXPECT_EQ(d.editor.cmbInterface.text(), kInterfaceName);
     EXPECT_EQ(d.editor.cmbPort.items().size(), 17u);
     EXPECT_FALSE(d.editor.cmdApply.enabled());
     EXPECT_EQ(d.screen.lblSpeed.text(), "300");
-    EXPECT_EQ(d.screen.tmrKeepAlive.interval(), 500);
 
     d.editor.edit(d.editor.txtBaud, "9600");
     EXPECT_TRUE(d.editor.cmdApply.enabled());
@@ -66,20 +63,6 @@ TEST(SettingsEditor, DefaultAppliesAndSavesItsSetKeepingThePort)
     EXPECT_EQ(d.screen.tmrKeepAliveEnhance.interval(), 700);
     EXPECT_EQ(d.screen.sldSpeedP3.value(), 275);
     EXPECT_EQ(d.link.GetP3Delay(), 275);
-}
-
-TEST(SettingsEditor, ProtocolChoiceSetsNumberAndTryAll)
-{
-    Dialog d;
-    d.editor.choose(d.editor.cmbTypeProtocol, 2);
-    ASSERT_TRUE(d.editor.cmdApply_Click());
-    EXPECT_EQ(d.store.get("TypeProtocol"), "3");
-    EXPECT_FALSE(d.session.settings.TryAllProtocols);
-
-    d.editor.choose(d.editor.cmbTypeProtocol, 3);
-    ASSERT_TRUE(d.editor.cmdApply_Click());
-    EXPECT_EQ(d.store.get("TypeProtocol"), "4");
-    EXPECT_TRUE(d.session.settings.TryAllProtocols);
 }
 
 TEST(SettingsEditor, NonNumberRefusesTheWholeApply)

@@ -15,6 +15,15 @@
 
 namespace kvx::test {
 
+// The virtual vehicle, silent at these wake-ups (counted from 0).
+inline sim::VehicleConfig silentWakeUps(std::initializer_list<int> numbers)
+{
+    sim::VehicleConfig config;
+    for (int n : numbers)
+        config.faults.wakeUps[n] = sim::Fault::Silence;
+    return config;
+}
+
 // A main screen and session on the virtual vehicle in virtual time, every tab present and
 // "LIVE DATA" selected, the settings loaded as at start-up from a store holding the vehicle's port
 // and the protocol. Panel 1's texts are kept in order.
@@ -63,6 +72,25 @@ struct CoreVehicle {
 
     // Long enough without a request that the units give their session up.
     void outwaitSession() { clock.sleepFor(link::ms(6000)); }
+
+    // Wakes the engine unit (10) and talks to it as the generic module does after connecting,
+    // without the discovery of its parameters.
+    bool wake()
+    {
+        std::string result;
+        const auto& s = session.settings;
+        if (!link.InitializeEcu("33", s.BaudRate, s.PortNumber, s.ProtocolNumber, "", false, result))
+            return false;
+        session.ModuleIndex = ModuleGeneric;
+        session.LinkDown = false;
+        session.HeaderByte1 = "68";
+        session.HeaderByte2 = "6A";
+        session.EcuAddress = "10";
+        return true;
+    }
+
+    // The three results of the last exchange; unchanged when a routine sent nothing.
+    std::string lastExchange() const { return session.LastFrame + "|" + session.LastRaw + "|" + session.LastResponse; }
 
     TempSettings store;
     link::VirtualClock clock;
