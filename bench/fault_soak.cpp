@@ -146,8 +146,8 @@ void run(const Line& line, std::uint64_t seed, double rate, int count, Soak& soa
         }
         const std::string& request = line.requests[static_cast<std::size_t>(n) % line.requests.size()];
         ++n;
-        const std::size_t heardBefore = record.requests.size();
-        const std::size_t sentBefore = record.framesSent.size();
+        const std::size_t heardBefore = record.requests.total();
+        const std::size_t sentBefore = record.framesSent.total();
         const Micros start = clock.now();
         std::string raw;
         bool failed = false, crashed = false;
@@ -158,7 +158,7 @@ void run(const Line& line, std::uint64_t seed, double rate, int count, Soak& soa
         } catch (const std::exception&) {
             crashed = true;
         }
-        const int kind = record.requests.size() > heardBefore ? static_cast<int>(record.requests[heardBefore].fault) : -1;
+        const int kind = record.requests.total() > heardBefore ? static_cast<int>(record.requests.number(heardBefore).fault) : -1;
         Tally& t = soak.byKind[kind];
         ++t.transactions;
         ++soak.transactions;
@@ -169,8 +169,8 @@ void run(const Line& line, std::uint64_t seed, double rate, int count, Soak& soa
         // What the units put on the line for this request, in the form the link hands replies on.
         std::vector<std::string> sent, meant;
         bool damaged = false;
-        for (std::size_t i = sentBefore; i < record.framesSent.size(); ++i) {
-            const Bytes& f = record.framesSent[i];
+        for (std::size_t i = sentBefore; i < record.framesSent.total(); ++i) {
+            const Bytes& f = record.framesSent.number(i);
             const std::string form = link::toHex(bodies ? link::bodyOf(link::LineKind::Kwp, f) : f);
             sent.push_back(form);
             const Bytes payload = link::payloadOf(line.protocol == 1 ? link::LineKind::Iso9141 : link::LineKind::Kwp, f);

@@ -1,5 +1,7 @@
 #include "sim/DriveProfile.h"
 
+#include "sim/Mix.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -12,11 +14,8 @@ constexpr double kCycle = 120.0;   // one pull-away, cruise, brake, stop
 // Small repeatable jitter in [-1, 1] for a moment, so a value does not sit still.
 double jitter(double seconds, unsigned long long seed, unsigned salt)
 {
-    unsigned long long x = static_cast<unsigned long long>(seconds * 10.0) * 0x9E3779B97F4A7C15ull ^ (seed + salt);
-    x ^= x >> 31;
-    x *= 0xBF58476D1CE4E5B9ull;
-    x ^= x >> 29;
-    return static_cast<double>(x % 2001) / 1000.0 - 1.0;
+    const std::uint64_t tick = static_cast<std::uint64_t>(seconds * 10.0);
+    return static_cast<double>(mix(mix(seed + salt) ^ tick) % 2001) / 1000.0 - 1.0;
 }
 
 double speedInCycle(double c)

@@ -1,17 +1,10 @@
 #include "sim/FaultPlan.h"
 
+#include "sim/Mix.h"
+
 namespace kvx::sim {
 
 namespace {
-
-// A stateless mix of seed and exchange number, so a fault never depends on what was asked before.
-std::uint64_t mix(std::uint64_t x)
-{
-    x += 0x9E3779B97F4A7C15ull;
-    x = (x ^ (x >> 30)) * 0xBF58476D1CE4E5B9ull;
-    x = (x ^ (x >> 27)) * 0x94D049BB133111EBull;
-    return x ^ (x >> 31);
-}
 
 const std::vector<Fault> kAllFaults = {
     Fault::Silence,         Fault::DropSession, Fault::BadChecksum, Fault::Noise,  Fault::NegativeReply,

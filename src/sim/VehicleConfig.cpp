@@ -1,5 +1,6 @@
+#include "sim/VehicleConfig.h"
+
 #include "sim/ProfiledUnit.h"
-#include "sim/VirtualVehicle.h"
 
 #include <stdexcept>
 
