@@ -1,5 +1,6 @@
 #include "app/StartUp.h"
 
+#include "app/VehicleChoice.h"
 #include "data/DtcDescriptions.h"
 #include "data/GridLayouts.h"
 #include "data/TabLayout.h"
@@ -12,7 +13,7 @@
 
 namespace kvx::app {
 
-void StartSession(Session& session, bool virtualVehicle, const std::string& programFolder)
+void StartSession(Session& session, bool virtualVehicle, const std::string& programFolder, const std::string& car)
 {
     MainScreen& screen = session.screen;
     data::FillYearList(screen);
@@ -25,7 +26,9 @@ void StartSession(Session& session, bool virtualVehicle, const std::string& prog
     if (virtualVehicle) {
         session.StorePortNumber = session.settings.PortNumber;
         session.settings.PortNumber = kVirtualVehiclePort;
+        session.settings.VirtualVehicle = car;
     }
+    CheckVehicleInForce(session);
     data::LayoutLiveDataGrid(screen);
     data::LayoutO2SensorGrid(screen);
     data::LayoutMonitorTestGrid(screen);

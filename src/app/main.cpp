@@ -1,6 +1,7 @@
 #include "app/ScreenshotTour.h"
 #include "app/SessionActions.h"
 #include "app/StartUp.h"
+#include "app/VehicleChoice.h"
 #include "app/frmAbout.h"
 #include "app/frmMain.h"
 #include "enhanced/frmSelection.h"
@@ -33,8 +34,11 @@ int main(int argc, char** argv)
     parser.setApplicationDescription(QStringLiteral("K-line vehicle diagnostics"));
     parser.addHelpOption();
     parser.addVersionOption();
-    const QCommandLineOption virtualVehicle(QStringLiteral("virtual-vehicle"),
-                                            QStringLiteral("Use the virtual vehicle as the port for this run."));
+    const QCommandLineOption virtualVehicle(
+        QStringLiteral("virtual-vehicle"),
+        QStringLiteral("Use the virtual vehicle as the port for this run, with the car named (a car of the garage "
+                       "or a profile file; the built-in car when none follows)."),
+        QStringLiteral("NAME|FILE"));
     QCommandLineOption screenshots(QStringLiteral("screenshots"), {}, QStringLiteral("folder"));
     screenshots.setFlags(QCommandLineOption::HiddenFromHelp);
     // The screenshots are taken with a dark theme too, to see that every window stays readable.
@@ -43,17 +47,22 @@ int main(int argc, char** argv)
     parser.addOption(virtualVehicle);
     parser.addOption(screenshots);
     parser.addOption(dark);
-    parser.process(application);
+    parser.process(app::WithVirtualVehicleValue(QApplication::arguments()));
     if (parser.isSet(dark))
         QApplication::setPalette(ui::DarkPalette());
 
     // The window's session and link first; the rest of the load follows in StartSession.
     const std::string programFolder = QCoreApplication::applicationDirPath().toStdString();
     link::SteadyClock clock;
-    link::LinkSession link(ports::makeWireFactory(clock), clock);
+    // The car on the virtual vehicle port is the one the settings name at each connection.
+    const Session* running = nullptr;
+    ports::PortOptions portOptions;
+    portOptions.chosenVehicle = [&running] { return app::VehicleInForce(running->settings); };
+    link::LinkSession link(ports::makeWireFactory(clock, portOptions), clock);
     MainScreen screen;
     ui::QtShell shell;
     Session session(link, screen, shell);
+    running = &session;
     app::MainActions actions = app::BindSessionActions(session, programFolder);
     app::frmMain window(screen, actions);
     shell.setParent(&window);
@@ -77,7 +86,8 @@ int main(int argc, char** argv)
     // The load runs once the window stands, so that a box it shows sits over the window and
     // does not hold the event loop up before it has started.
     QTimer::singleShot(0, &window, [&] {
-        app::StartSession(session, parser.isSet(virtualVehicle), programFolder);
+        app::StartSession(session, parser.isSet(virtualVehicle), programFolder,
+                          parser.value(virtualVehicle).toStdString());
         if (parser.isSet(screenshots))
             app::TakeScreenshots(window, session, editor, actions, parser.value(screenshots));
     });

@@ -1,9 +1,12 @@
 #include "cli/Command.h"
 #include "cli/CommandLine.h"
+#include "cli/VehicleOption.h"
+#include "garage/Garage.h"
 #include "link/Clock.h"
 #include "sim/VirtualVehicle.h"
 
 #include <QCommandLineParser>
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -66,7 +69,7 @@ bool writeAll(int fd, const link::Bytes& bytes)
     return true;
 }
 
-int serve(std::uint64_t seed, double rate)
+int serve(sim::VehicleConfig config)
 {
     Pty pty;
     if (!openPty(pty)) {
@@ -74,11 +77,7 @@ int serve(std::uint64_t seed, double rate)
         return 1;
     }
     link::SteadyClock clock;
-    sim::VehicleConfig config;
-    config.seed = seed;
     config.noBreaks = true;
-    config.faults.seed = seed;
-    config.faults.rate = rate;
     sim::VirtualVehicle vehicle(clock, config);
     std::printf("%s\n", pty.path.c_str());
     std::fflush(stdout);
@@ -108,6 +107,23 @@ int serve(std::uint64_t seed, double rate)
     }
 }
 
+// One car a line, its name first, then what it stands for; a file that does not load is named on
+// stderr and makes the exit code 1.
+int listGarage()
+{
+    const garage::GarageListing listing = garage::listGarage(garage::garageFolder());
+    qsizetype width = 0;
+    for (const auto& car : listing.cars)
+        width = std::max(width, car.name.size());
+    for (const auto& car : listing.cars)
+        std::printf("%s  %s\n", qPrintable(car.name.leftJustified(width)), qPrintable(car.comment));
+    for (const QString& problem : listing.problems)
+        std::fprintf(stderr, "kvx sim: %s\n", qPrintable(problem));
+    if (listing.cars.empty() && listing.problems.isEmpty())
+        std::fprintf(stderr, "kvx sim: no cars in %s\n", qPrintable(garage::garageFolder()));
+    return listing.problems.isEmpty() && !listing.cars.empty() ? 0 : 1;
+}
+
 } // namespace
 
 int RunSim(const QStringList& args)
@@ -115,16 +131,27 @@ int RunSim(const QStringList& args)
     QCommandLineParser parser;
     parser.setApplicationDescription(
         "Serves the virtual vehicle on a pseudo-terminal and prints its path; K-line software opened on that path "
-        "talks to an engine unit (10) and a gearbox unit (18), on the real clock, until Ctrl+C.");
+        "talks to the chosen car (the built-in one: an engine unit 10 and a gearbox unit 18), on the real clock, "
+        "until Ctrl+C.");
     parser.addHelpOption();
     parser.addOption({"pty", "Serve on a new pseudo-terminal (the only place kvx serves the vehicle)."});
+    parser.addOption({"vehicle", WithDefault("The car: its name in the garage or a profile file.", "the built-in car"),
+                      "NAME|FILE"});
+    parser.addOption({"list", "List the cars of the garage, one a line: its name, then what it stands for."});
     parser.addOption({"seed", WithDefault("Seed of the vehicle and its fault plan.", "1"), "N", "1"});
     parser.addOption({"faults", WithDefault("Share of requests that meet a fault, 0 to 1.", "0"), "RATE", "0"});
     if (const auto code = ParseCommandLine(parser, args))
         return *code;
     const QString command = args.value(0);
-    if (!parser.isSet("pty") || !parser.positionalArguments().isEmpty())
-        return Fail(command + ": give --pty (the vehicle is served on a pseudo-terminal)");
+    if (!parser.positionalArguments().isEmpty())
+        return Fail(command + ": takes no arguments, only options");
+    if (parser.isSet("list")) {
+        if (parser.isSet("pty") || parser.isSet("vehicle"))
+            return Fail(command + ": --list goes alone");
+        return listGarage();
+    }
+    if (!parser.isSet("pty"))
+        return Fail(command + ": give --pty (the vehicle is served on a pseudo-terminal) or --list");
     bool ok = false;
     const std::uint64_t seed = parser.value("seed").toULongLong(&ok);
     if (!ok)
@@ -132,7 +159,18 @@ int RunSim(const QStringList& args)
     const double rate = parser.value("faults").toDouble(&ok);
     if (!ok || rate < 0.0 || rate > 1.0)
         return Fail(command + ": --faults takes a share from 0 to 1, not '" + parser.value("faults") + "'");
-    return serve(seed, rate);
+    sim::VehicleConfig config;
+    if (parser.isSet("vehicle")) {
+        QString problem;
+        const auto car = VehicleFromOption(parser.value("vehicle"), problem);
+        if (!car)
+            return Fail(command + ": " + problem);
+        config = sim::configFor(*car, seed);
+    }
+    config.seed = seed;
+    config.faults.seed = seed;
+    config.faults.rate = rate;
+    return serve(std::move(config));
 }
 
 } // namespace kvx::cli

@@ -2,6 +2,7 @@
 
 #include "cli/CommandLine.h"
 #include "cli/Interrupt.h"
+#include "cli/VehicleOption.h"
 #include "data/DtcDescriptions.h"
 #include "data/GridLayouts.h"
 #include "data/TabLayout.h"
@@ -66,6 +67,9 @@ void AddConnectionOptions(QCommandLineParser& parser)
                                             "fault (silence, noise, a dropped session...), 0 to 1.", "0"),
                       "RATE", "0"});
     parser.addOption({"seed", WithDefault("With --port sim: the seed of the vehicle and its faults.", "1"), "N", "1"});
+    parser.addOption({"vehicle", WithDefault("With --port sim: the car, by its name in the garage ('kvx sim --list' "
+                                             "names them) or a profile file.", "the built-in car"),
+                      "NAME|FILE"});
 }
 
 std::optional<PortChoice> PortFromOptions(const QCommandLineParser& parser, QString& problem)
@@ -81,7 +85,7 @@ std::optional<PortChoice> PortFromOptions(const QCommandLineParser& parser, QStr
     }
     choice.port = *port;
     const bool vehicle = choice.port == kVirtualVehiclePort;
-    for (const char* option : {"virtual-time", "faults", "seed"})
+    for (const char* option : {"virtual-time", "faults", "seed", "vehicle"})
         if (parser.isSet(option) && !vehicle) {
             problem = QStringLiteral("--") + option + " is for the virtual vehicle (--port sim)";
             return std::nullopt;
@@ -96,6 +100,12 @@ std::optional<PortChoice> PortFromOptions(const QCommandLineParser& parser, QStr
     if (!ok) {
         problem = "--seed takes a whole number, not '" + parser.value("seed") + "'";
         return std::nullopt;
+    }
+    if (parser.isSet("vehicle")) {
+        const auto car = VehicleFromOption(parser.value("vehicle"), problem);
+        if (!car)
+            return std::nullopt;
+        choice.options.vehicle = sim::configFor(*car, seed);
     }
     choice.options.vehicle.seed = seed;
     choice.options.vehicle.faults.seed = seed;

@@ -12,6 +12,9 @@ namespace kvx::garage {
 // It ships as "vehicles" beside the program.
 QString garageFolder();
 
+// The garage's name of the built-in car, the one a virtual vehicle runs when no car is chosen.
+inline constexpr const char* kDefaultCar = "default";
+
 struct GarageCar {
     QString name;
     QString comment;

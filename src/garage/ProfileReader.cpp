@@ -1,6 +1,7 @@
 #include "garage/ProfileReader.h"
 
 #include "garage/ProfileValues.h"
+#include "sim/VirtualVehicle.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -271,6 +272,13 @@ sim::VehicleProfile readVehicleProfile(const QByteArray& json, const QString& fi
     }
     if (car.slowInit == sim::VehicleProfile::SlowInit::None && !car.fastInit)
         top.fail(QStringLiteral("expected a car that wakes up somehow: \"slowInit\" is \"none\" and \"fastInit\" false"));
+    // What the simulator cannot give (an item the drive has no value for) is refused here too, so
+    // a car that loads is a car that runs.
+    try {
+        sim::configFor(car, 1);
+    } catch (const std::invalid_argument& e) {
+        top.fail(QString::fromStdString(e.what()));
+    }
     return car;
 }
 

@@ -8,18 +8,40 @@
 namespace kvx::ports {
 
 namespace {
+
 constexpr int kLastSerialPort = 16;
+
+// The vehicle a factory has made, and the car it was made from when the car was chosen.
+struct OnTheBus {
+    std::unique_ptr<sim::VirtualVehicle> vehicle;
+    std::optional<sim::VehicleProfile> car;
+};
+
+sim::VirtualVehicle& vehicleFor(link::Clock& clock, const PortOptions& options, OnTheBus& bus)
+{
+    if (!options.chosenVehicle) {
+        if (!bus.vehicle)
+            bus.vehicle = std::make_unique<sim::VirtualVehicle>(clock, options.vehicle);
+        return *bus.vehicle;
+    }
+    sim::VehicleProfile car = options.chosenVehicle();
+    if (!bus.vehicle || car != bus.car) {
+        sim::VehicleConfig config = sim::configFor(car, options.vehicle.seed);
+        config.faults = options.vehicle.faults;
+        bus.vehicle = std::make_unique<sim::VirtualVehicle>(clock, std::move(config));
+        bus.car = std::move(car);
+    }
+    return *bus.vehicle;
 }
+
+} // namespace
 
 link::WireFactory makeWireFactory(link::Clock& clock, PortOptions options)
 {
-    auto vehicle = std::make_shared<std::unique_ptr<sim::VirtualVehicle>>();
-    return [&clock, options, vehicle](int port) -> std::unique_ptr<link::Wire> {
-        if (port == kVirtualVehiclePort) {
-            if (!*vehicle)
-                *vehicle = std::make_unique<sim::VirtualVehicle>(clock, options.vehicle);
-            return (*vehicle)->makeWire();
-        }
+    auto bus = std::make_shared<OnTheBus>();
+    return [&clock, options, bus](int port) -> std::unique_ptr<link::Wire> {
+        if (port == kVirtualVehiclePort)
+            return vehicleFor(clock, options, *bus).makeWire();
         if (!options.device.empty())
             return link::makeSerialWire(options.device, clock);
         if (port < 1 || port > kLastSerialPort)

@@ -15,6 +15,9 @@ struct CommSettings {
     int ProtocolNumber = 4; // key "TypeProtocol"
     bool TryAllProtocols = true; // not stored; follows ProtocolNumber 4
     std::string Kwp2000InitDelay = "22";
+    // The car the virtual vehicle port opens onto: a garage name or a profile file; empty, the
+    // built-in car. Saved by itself, and only when the user picks a car in the dialog.
+    std::string VirtualVehicle;
 };
 
 // The settings' port number that names the virtual vehicle rather than a serial device.

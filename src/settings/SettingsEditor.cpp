@@ -1,5 +1,6 @@
 #include "settings/SettingsEditor.h"
 
+#include "garage/Garage.h"
 #include "link/LinkSession.h"
 #include "session/MainScreen.h"
 #include "session/Session.h"
@@ -95,7 +96,23 @@ void SettingsEditor::Form_Load()
     txtKwp2000InitDelay.setText(s.Kwp2000InitDelay);
     txtP3.setText(std::to_string(s.P3Delay));
     txtP3_Change();
+    fillVehicleList();
     cmdApply.setEnabled(false);
+}
+
+void SettingsEditor::fillVehicleList()
+{
+    cmbVehicle.clear();
+    for (const garage::GarageCar& car : garage::listGarage(garage::garageFolder()).cars)
+        cmbVehicle.addItem(car.name.toStdString());
+    // A car from outside the garage (a profile file the command line named) is shown as it stands.
+    const std::string& car = session_.settings.VirtualVehicle;
+    const std::string inForce = car.empty() ? garage::kDefaultCar : car;
+    if (cmbVehicle.indexOf(inForce) < 0)
+        cmbVehicle.addItem(inForce);
+    cmbVehicle.setText(inForce);
+    cmbVehicleState.setEnabled(session_.settings.PortNumber == kVirtualVehiclePort);
+    vehicleChosen_ = false;
 }
 
 void SettingsEditor::edit(TextModel& field, const std::string& text)
@@ -110,8 +127,12 @@ void SettingsEditor::choose(ListModel& list, int index)
 {
     list.setCurrentIndex(index);
     cmdApply.setEnabled(true);
-    if (&list == &cmbPort)
+    if (&list == &cmbPort) {
         session_.StorePortNumber.reset();
+        cmbVehicleState.setEnabled(cmbPort.text() == kVirtualVehicleEntry);
+    }
+    if (&list == &cmbVehicle)
+        vehicleChosen_ = true;
 }
 
 void SettingsEditor::txtP3_Change()
@@ -182,6 +203,11 @@ bool SettingsEditor::cmdApply_Click()
     if (session_.StorePortNumber)
         stored.PortNumber = *session_.StorePortNumber;
     SaveCommSettings(stored);
+    if (vehicleChosen_) {
+        s.VirtualVehicle = cmbVehicle.text();
+        SaveVirtualVehicle(s);
+        vehicleChosen_ = false;
+    }
     cmdApply.setEnabled(false);
     return true;
 }

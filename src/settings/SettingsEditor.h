@@ -27,6 +27,9 @@ public:
 
     TextModel txtBaud, txtKeepAlive, txtP4, txtKwp2000InitDelay, txtInterbyte, txtP3;
     ListModel cmbInterface, cmbTypeProtocol, cmbPort;
+    // The cars of the garage beside the port list, usable while the port is the virtual vehicle.
+    ListModel cmbVehicle;
+    ControlState cmbVehicleState;
     ControlState cmdApply;
 
     // Fills the lists and shows the session's settings; Apply starts disabled.
@@ -36,7 +39,8 @@ public:
     // value at 500.
     void edit(TextModel& field, const std::string& text);
     // The user chose a list entry (index into its items): Apply enabled. A port chosen here is
-    // the one Apply saves, even in a run the command line put on the virtual vehicle.
+    // the one Apply saves, even in a run the command line put on the virtual vehicle; a car is
+    // saved only when chosen here, so a car the command line gave this run stays out of the store.
     void choose(ListModel& list, int index);
 
     // Takes the fields into the settings, pushes them to the link and the main window and saves
@@ -50,8 +54,10 @@ public:
 
 private:
     void txtP3_Change();
+    void fillVehicleList();
 
     Session& session_;
+    bool vehicleChosen_ = false;
 };
 
 } // namespace kvx::settings

@@ -15,6 +15,7 @@ void clearForLoad(CommSettings& s)
     s.BaudRate = s.PortNumber = s.KeepAlive = s.P3Delay = s.P4Delay = s.InterByteDelay = s.ProtocolNumber = 0;
     s.TryAllProtocols = false;
     s.Kwp2000InitDelay.clear();
+    s.VirtualVehicle.clear();
 }
 
 } // namespace

@@ -48,6 +48,7 @@ void ReadCommSettings(CommSettings& s)
     readNumber<std::int16_t>(store, "InterByteDelay", 10, s.InterByteDelay);
     readNumber<std::int16_t>(store, "TypeProtocol", 4, s.ProtocolNumber);
     s.Kwp2000InitDelay = store.value(keyOf("Kwp2000InitDelay"), QStringLiteral("22")).toString().toStdString();
+    s.VirtualVehicle = store.value(keyOf("VirtualVehicle")).toString().toStdString();
     // Only "Try All" switches the flag on here; a stored single protocol keeps whatever it held.
     if (s.ProtocolNumber == 4)
         s.TryAllProtocols = true;
@@ -70,6 +71,12 @@ void SaveP3Delay(const CommSettings& s)
 {
     QSettings store = openStore();
     write(store, "P3Delay", QString::number(s.P3Delay));
+}
+
+void SaveVirtualVehicle(const CommSettings& s)
+{
+    QSettings store = openStore();
+    write(store, "VirtualVehicle", QString::fromStdString(s.VirtualVehicle));
 }
 
 } // namespace kvx::settings

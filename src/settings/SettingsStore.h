@@ -34,6 +34,9 @@ void SaveCommSettings(const CommSettings& settings);
 // Writes "P3Delay" alone (the main window closing).
 void SaveP3Delay(const CommSettings& settings);
 
+// Writes "VirtualVehicle" alone (a car picked in the dialog and applied).
+void SaveVirtualVehicle(const CommSettings& settings);
+
 // sldSpeedP3 moved: the value goes to the link, lblSpeed and P3Delay at once; nothing is saved.
 void SetP3FromSlider(Session& session, int value);
 

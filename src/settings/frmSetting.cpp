@@ -35,7 +35,13 @@ frmSetting::frmSetting(SettingsEditor& editor, QWidget* parent) : QDialog(parent
     grid->setColumnStretch(1, 1);
     top->addLayout(grid);
     grid->addWidget(new QLabel(QStringLiteral("Com Port:"), this), 0, 0);
-    grid->addWidget(addList(editor_.cmbPort, "cmbPort", this), 0, 1);
+    auto* ports = new QHBoxLayout;
+    ports->addWidget(addList(editor_.cmbPort, "cmbPort", this), 1);
+    QComboBox* vehicles = addList(editor_.cmbVehicle, "cmbVehicle", this);
+    vehicles->setToolTip(QStringLiteral("The car on the Virtual Vehicle port"));
+    ui::bindControl(editor_.cmbVehicleState, vehicles);
+    ports->addWidget(vehicles, 2);
+    grid->addLayout(ports, 0, 1);
     addField(grid, editor_.txtBaud, "txtBaud", "Baud:", "", 1);
     addField(grid, editor_.txtKeepAlive, "txtKeepAlive", "Keep Alive (mS):",
              "Keeps the Module Com Alive and Preventing Reinitialization", 2);

@@ -32,6 +32,15 @@ TEST(Garage, EveryShippedCarLoadsAndSitsBesideTheProgram)
     EXPECT_EQ(names(listGarage(KVX_BIN_DIR "/vehicles")), names(shipped));
 }
 
+TEST(Garage, TheDefaultCarIsTheBuiltInOne)
+{
+    sim::VehicleProfile file = findVehicle(kDefaultCar, kShipped);
+    EXPECT_EQ(file.name, kDefaultCar);
+    const sim::VehicleProfile builtIn = sim::builtInVehicle();
+    file.name = builtIn.name; // a file's car is named by the file
+    EXPECT_EQ(file, builtIn);
+}
+
 TEST(Garage, FindsACarByNameOrByFileAndSaysWhichIsMissingOrBroken)
 {
     EXPECT_EQ(findVehicle("hybrid", kShipped).name, "hybrid");

@@ -2,6 +2,7 @@
 
 #include "app/SessionActions.h"
 #include "app/StartUp.h"
+#include "app/VehicleChoice.h"
 #include "app/frmMain.h"
 #include "enhanced/frmSelection.h"
 #include "link/Clock.h"
@@ -23,6 +24,7 @@
 #include <QTest>
 #include <QToolBar>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -35,7 +37,7 @@ using StoredSettings = std::vector<std::pair<const char*, const char*>>;
 // The program as main() assembles it, over the virtual vehicle on virtual time: its own start-up
 // and actions, the real frmMain with the player window, a settings store of its own (empty unless
 // given) and a program folder of its own (with a Log folder and the given description file, if
-// any).
+// any). The car is the one the settings name, as in the program, unless the test gives its own.
 struct ProgramWindow {
     QApplication& application = widgetApp();
     TempSettings store;
@@ -49,8 +51,8 @@ struct ProgramWindow {
     std::unique_ptr<app::frmMain> window;
 
     explicit ProgramWindow(const char* descriptions = nullptr, const StoredSettings& stored = {},
-                           sim::VehicleConfig vehicle = {})
-        : link(ports::makeWireFactory(clock, ports::PortOptions{{}, std::move(vehicle)}), clock)
+                           std::optional<sim::VehicleConfig> vehicle = std::nullopt)
+        : link(ports::makeWireFactory(clock, portOptions(std::move(vehicle))), clock)
     {
         for (const auto& [key, text] : stored)
             store.put(key, text);
@@ -66,6 +68,16 @@ struct ProgramWindow {
             [this](QWidget* parent) { return new log::frmLogController(session, parent); });
         app::StartSession(session, true, programFolder());
         window->show();
+    }
+
+    ports::PortOptions portOptions(std::optional<sim::VehicleConfig> vehicle)
+    {
+        ports::PortOptions options;
+        if (vehicle)
+            options.vehicle = std::move(*vehicle);
+        else
+            options.chosenVehicle = [this] { return app::VehicleInForce(session.settings); };
+        return options;
     }
 
     std::string programFolder() const { return folder.path().toStdString(); }

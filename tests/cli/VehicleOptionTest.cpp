@@ -1,0 +1,71 @@
+#include "KvxProcess.h"
+
+#include <QDir>
+
+namespace kvx::cli::test {
+namespace {
+
+TEST(VehicleOption, SimListNamesEveryCarOfTheGarageALineWithWhatItStandsFor)
+{
+    const Kvx kvx;
+    const Result run = kvx.run({"sim", "--list"});
+    EXPECT_EQ(run.code, 0) << run.err.toStdString();
+    const QStringList files = QDir(KVX_RESOURCES_DIR "/vehicles").entryList({"*.json"}, QDir::Files, QDir::Name);
+    ASSERT_EQ(run.lines().size(), files.size()) << run.out.toStdString();
+    for (qsizetype i = 0; i < files.size(); ++i) {
+        const QStringList words = run.lines()[i].split(' ', Qt::SkipEmptyParts);
+        EXPECT_EQ(words.value(0) + ".json", files[i]);
+        EXPECT_GT(words.size(), 8) << "no comment after the name: " << run.lines()[i].toStdString();
+    }
+}
+
+TEST(VehicleOption, ACarThatCannotBeHadIsAUsageErrorSayingWhy)
+{
+    QTemporaryDir dir;
+    const QString broken = dir.filePath("broken.json");
+    QFile file(broken);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(R"({"comment": "a car with bad hex", "units": [{"address": "10", "pids": {"0C": {"constant": "1AG8"}}}]})");
+    file.close();
+
+    const Kvx kvx;
+    const struct {
+        QStringList args;
+        QString said;
+    } cases[] = {
+        {{"dtc", "--port", "sim", "--vehicle", "lorry"}, "--vehicle: no car named 'lorry' in the garage"},
+        {{"dtc", "--port", "sim", "--vehicle", broken},
+         broken + ": units[0].pids.0C.constant: expected hex bytes such as \"1A F8\", not \"1AG8\""},
+        {{"raw", "--port", "sim", "--vehicle", broken, "0100"}, "units[0].pids.0C.constant"},
+        {{"dtc", "--port", "3", "--vehicle", "hybrid"}, "--vehicle is for the virtual vehicle"},
+        {{"sim", "--pty", "--vehicle", broken}, "units[0].pids.0C.constant"},
+        {{"sim", "--list", "--vehicle", "hybrid"}, "--list goes alone"},
+    };
+    for (const auto& c : cases) {
+        const Result run = kvx.run(c.args);
+        const std::string args = c.args.join(' ').toStdString();
+        EXPECT_EQ(run.code, 2) << args;
+        EXPECT_TRUE(run.err.contains(c.said)) << args << ": " << run.err.toStdString();
+        EXPECT_TRUE(run.out.isEmpty()) << args << ": " << run.out.toStdString();
+    }
+}
+
+TEST(VehicleOption, TheChosenCarIsTheOneThatAnswers)
+{
+    const Kvx kvx;
+    // The built-in car answers a 5-baud wake-up as ISO 9141-2 only; the slow-init KWP car as ISO 14230.
+    const QStringList slowKwp{"raw", "--port", "sim", "--virtual-time", "--protocol", "2", "C033F10100"};
+    EXPECT_EQ(kvx.run(slowKwp).code, 1);
+    const Result kwp = kvx.run(slowKwp + QStringList{"--vehicle", "kwp-slow"});
+    EXPECT_EQ(kwp.code, 0) << kwp.err.toStdString();
+    EXPECT_TRUE(kwp.out.contains("awake on protocol 2")) << kwp.out.toStdString();
+    EXPECT_TRUE(kwp.out.contains("reply   83F110410")) << kwp.out.toStdString();
+
+    const Result hybrid = kvx.run({"dtc", "--port", "sim", "--virtual-time", "--vehicle", "hybrid"});
+    EXPECT_EQ(hybrid.code, 0) << hybrid.err.toStdString();
+    for (const char* code : {"P0A80", "P2A00", "U0100", "B1A00"})
+        EXPECT_TRUE(hybrid.out.contains(code)) << code << " missing from\n" << hybrid.out.toStdString();
+}
+
+} // namespace
+} // namespace kvx::cli::test
