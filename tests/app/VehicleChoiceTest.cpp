@@ -40,22 +40,22 @@ TEST(VehicleChoice, TheSettingsCarListWorksOnTheVirtualPortIsSavedUnderItsOwnKey
     auto* port = dialog->findChild<QComboBox*>("cmbPort");
     auto* car = dialog->findChild<QComboBox*>("cmbVehicle");
     EXPECT_EQ(car->currentText(), "default");
-    EXPECT_GE(car->findText("hybrid"), 0);
+    EXPECT_GE(car->findText("diesel"), 0);
     EXPECT_TRUE(car->isEnabled()) << "the command line put this run on the virtual vehicle";
 
     pick(port, "2");
     EXPECT_FALSE(car->isEnabled());
     pick(port, settings::kVirtualVehicleEntry);
     ASSERT_TRUE(car->isEnabled());
-    pick(car, "hybrid");
+    pick(car, "diesel");
     QTest::mouseClick(dialog->findChild<QPushButton*>("cmdApply"), Qt::LeftButton);
-    EXPECT_EQ(p.store.get("VirtualVehicle"), "hybrid");
+    EXPECT_EQ(p.store.get("VirtualVehicle"), "diesel");
     EXPECT_EQ(p.store.get("Port"), "0");
     dialog.reset();
 
     ASSERT_TRUE(p.actions.ConnectModule(ModuleGeneric));
     const std::string codes = codesShown(p);
-    EXPECT_NE(codes.find("P0A80"), std::string::npos) << codes;
+    EXPECT_NE(codes.find("P2002"), std::string::npos) << codes;
     EXPECT_EQ(codes.find("P0301"), std::string::npos) << "the built-in car's codes: " << codes;
 }
 
