@@ -57,10 +57,17 @@ void AddConnectionOptions(QCommandLineParser& parser)
                                   "the settings' port, now " + port),
                       "P", portArgument(stored.PortNumber)});
     parser.addOption({"protocol",
-                      WithDefault("1 ISO9141 Slow, 2 KW2000 Slow, 3 KW2000 Fast, 4 Try All.",
+                      WithDefault("1 ISO9141 Slow, 2 KW2000 Slow, 3 KW2000 Fast, 4 Try All; with an ELM327 also "
+                                  "5 CAN 11bit 500k, 6 CAN 29bit 500k, 7 CAN 11bit 250k, 8 CAN 29bit 250k.",
                                   "the settings' protocol, now " + QString::number(stored.ProtocolNumber)),
                       "N", QString::number(stored.ProtocolNumber)});
-    parser.addOption({"trace", "Print every byte on the wire and the wake-up timings."});
+    parser.addOption({"interface",
+                      WithDefault("kline (a K-line cable) or elm327 (an ELM327 adapter).",
+                                  QStringLiteral("the settings' interface, now ") +
+                                      (stored.Interface == kElm327Interface ? "elm327" : "kline")),
+                      "TYPE", stored.Interface == kElm327Interface ? "elm327" : "kline"});
+    parser.addOption({"trace", "Print every byte on the wire and the wake-up timings; with an ELM327, the "
+                               "commands, the adapter's lines and its prompts."});
     parser.addOption({"virtual-time", "With --port sim: run the vehicle on virtual time, without waiting (a pass "
                                       "in milliseconds, the same values every run)."});
     parser.addOption({"faults", WithDefault("With --port sim: the share of requests and wake-ups that meet a "
@@ -131,17 +138,24 @@ std::unique_ptr<ConsoleSession> ConsoleSession::FromOptions(const QCommandLinePa
 {
     bool ok = false;
     const int protocol = parser.value("protocol").toInt(&ok);
-    if (!ok || protocol < 1 || protocol > 4) {
-        problem = "--protocol takes 1, 2, 3 or 4, not '" + parser.value("protocol") + "'";
+    if (!ok || protocol < 1 || protocol > link::kLastProtocol) {
+        problem = "--protocol takes 1 to " + QString::number(link::kLastProtocol) + ", not '" + parser.value("protocol") + "'";
+        return nullptr;
+    }
+    const QString interfaceName = parser.value("interface");
+    if (interfaceName != "kline" && interfaceName != "elm327") {
+        problem = "--interface takes kline or elm327, not '" + interfaceName + "'";
         return nullptr;
     }
     std::optional<PortChoice> choice = PortFromOptions(parser, problem);
     if (!choice)
         return nullptr;
-    return std::unique_ptr<ConsoleSession>(new ConsoleSession(std::move(*choice), protocol, parser.isSet("trace")));
+    const int interface = interfaceName == "elm327" ? kElm327Interface : kKLineCableInterface;
+    return std::unique_ptr<ConsoleSession>(
+        new ConsoleSession(std::move(*choice), protocol, interface, parser.isSet("trace")));
 }
 
-ConsoleSession::ConsoleSession(PortChoice choice, int protocol, bool trace)
+ConsoleSession::ConsoleSession(PortChoice choice, int protocol, int interface, bool trace)
     : clock_(std::move(choice.clock)),
       link_(ports::makeWireFactory(*clock_, choice.options), *clock_),
       printer_(stdout),
@@ -150,9 +164,11 @@ ConsoleSession::ConsoleSession(PortChoice choice, int protocol, bool trace)
     if (trace)
         link_.setTraceSink(&printer_);
     // The window's start-up: the stored settings, their timings pushed into the link; the
-    // command line chooses only the port and the protocol.
+    // command line chooses only the port, the protocol and the interface.
     settings::LoadCommSettings(session_);
     CommSettings& settings = session_.settings;
+    settings.Interface = interface;
+    settings::PushInterface(session_);
     settings.PortNumber = choice.port;
     settings.ProtocolNumber = protocol;
     settings.TryAllProtocols = protocol == link::TryAll;

@@ -30,8 +30,8 @@ private:
     std::function<void()> stop_;
 };
 
-// Adds --port and --protocol, whose defaults are the settings store's (as the window connects
-// with them), --trace, and the virtual vehicle's --virtual-time, --faults and --seed.
+// Adds --port, --protocol and --interface, whose defaults are the settings store's (as the window
+// connects with them), --trace, and the virtual vehicle's --virtual-time, --faults and --seed.
 void AddConnectionOptions(QCommandLineParser& parser);
 
 // Where a command connects, and on which clock.
@@ -60,7 +60,7 @@ public:
     MainScreen& screen() { return screen_; }
 
 private:
-    ConsoleSession(PortChoice choice, int protocol, bool trace);
+    ConsoleSession(PortChoice choice, int protocol, int interface, bool trace);
 
     std::unique_ptr<link::Clock> clock_;
     link::LinkSession link_;

@@ -56,4 +56,14 @@ void TracePrinter::note(link::Micros time, const std::string& text)
     std::fprintf(out_, "note   %s\n", text.c_str());
 }
 
+void TracePrinter::adapter(link::Micros time, link::AdapterEvent event, const std::string& text)
+{
+    stamp(time);
+    switch (event) {
+    case link::AdapterEvent::Command: std::fprintf(out_, "sent   %s\n", text.c_str()); break;
+    case link::AdapterEvent::Line: std::fprintf(out_, "line   %s\n", text.c_str()); break;
+    case link::AdapterEvent::Prompt: std::fprintf(out_, "prompt %s\n", text.c_str()); break;
+    }
+}
+
 } // namespace kvx::cli

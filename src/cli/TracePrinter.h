@@ -18,6 +18,7 @@ public:
     void timing(link::Micros time, const link::TraceTiming& t) override;
     void dropped(link::Micros time, const link::Bytes& bytes, const std::string& reason) override;
     void note(link::Micros time, const std::string& text) override;
+    void adapter(link::Micros time, link::AdapterEvent event, const std::string& text) override;
 
 private:
     void stamp(link::Micros time);

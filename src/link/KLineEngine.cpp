@@ -2,6 +2,7 @@
 
 #include "link/KLineTiming.h"
 #include "link/LinkError.h"
+#include "link/Protocol.h"
 #include "link/ReplyCollector.h"
 
 #include <algorithm>
@@ -104,6 +105,14 @@ void KLineEngine::openPort(int port, bool reconnect)
 
 WakeUpResult KLineEngine::wakeUp(const WakeUpRequest& rq)
 {
+    if (IsCan(rq.protocol))
+        throw LinkError(LinkError::Kind::BadRequest,
+                        "Protocol " + std::to_string(rq.protocol) + " (" + ProtocolName(rq.protocol) +
+                            ") is CAN, which a K-line cable cannot reach: choose the ELM327 interface in the "
+                            "settings, or a K-line protocol (1, 2, 3 or Try All).");
+    if (rq.protocol != Iso9141Slow && rq.protocol != Kwp2000Slow && rq.protocol != Kwp2000Fast)
+        throw LinkError(LinkError::Kind::BadRequest,
+                        "Protocol " + std::to_string(rq.protocol) + " is not 1, 2 or 3; try the protocols one at a time.");
     if (!rq.startFrame.empty()) {
         const Bytes& f = rq.startFrame;
         if (rq.protocol != Kwp2000Fast)
@@ -155,6 +164,7 @@ WakeUpResult KLineEngine::wakeUpOnPort(const WakeUpRequest& rq)
     }
     if (r.ok) {
         kind_ = r.meaning.kwp ? LineKind::Kwp : LineKind::Iso9141;
+        protocol_ = rq.protocol;
         form_ = r.meaning.form;
         bodyAddresses_.reset();
         if (!rq.startFrame.empty())
@@ -239,6 +249,7 @@ void KLineEngine::closeNow()
     wire_.reset();
     port_ = -1;
     kind_.reset();
+    protocol_ = 0;
     bodyAddresses_.reset();
 }
 

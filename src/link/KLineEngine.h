@@ -2,6 +2,7 @@
 
 #include "link/ByteLink.h"
 #include "link/Framing.h"
+#include "link/LinkEngine.h"
 #include "link/Protocol.h"
 #include "link/ProtocolBytes.h"
 #include "link/WakeUp.h"
@@ -15,45 +16,36 @@
 
 namespace kvx::link {
 
-struct WakeUpRequest {
-    std::uint8_t address = kline::kObdAddress;
-    int baud = 10400;
-    int port = 1;
-    Protocol protocol = Iso9141Slow; // one of the three; TryAll is the caller's loop
-    Bytes startFrame; // KWP fast init only; empty for the functional StartCommunication
-    bool reconnect = false;
-};
-
 // The K-line stack under LinkSession: the port, the wake-ups, the request and reply timing.
-class KLineEngine {
+class KLineEngine final : public LinkEngine {
 public:
     KLineEngine(WireFactory& wires, Clock& clock);
-    ~KLineEngine();
+    ~KLineEngine() override;
 
-    WakeUpResult wakeUp(const WakeUpRequest& request);
-    Bytes encode(const Bytes& request) const;
+    WakeUpResult wakeUp(const WakeUpRequest& request) override;
+    int protocolInUse() const override { return protocol_; }
+    bool searchesProtocols() const override { return false; }
+    Bytes encode(const Bytes& request) const override;
     // Sends a frame after P3 and returns the units' reply frames (P2max of silence ends them).
-    std::vector<Bytes> transact(const Bytes& frame);
-    // The raw form of one reply frame: the whole frame as it arrived, or, when requests are bodies,
-    // the frame in the header form without addresses (length byte, payload, checksum), so that
-    // the service always sits right after the length whatever header the unit chose.
-    Bytes replyForm(const Bytes& frame) const;
-    bool bodySession() const { return bodyAddresses_.has_value(); }
+    std::vector<Bytes> transact(const Bytes& frame) override;
+    // Replies to bodies take the header form without addresses whatever header the unit chose.
+    Bytes replyForm(const Bytes& frame) const override;
+    bool bodySession() const override { return bodyAddresses_.has_value(); }
 
-    bool portOpen() const;
-    void closePort();
+    bool portOpen() const override;
+    void closePort() override;
 
-    void setP3(int msValue) { p3Ms_ = msValue; }
-    int p3() const { return p3Ms_; }
-    void setP4(int msValue);
-    void setInterByte(int msValue);
-    void setKwpInitDelay(const std::string& msText);
+    void setP3(int msValue) override { p3Ms_ = msValue; }
+    int p3() const override { return p3Ms_; }
+    void setP4(int msValue) override;
+    void setInterByte(int msValue) override;
+    void setKwpInitDelay(const std::string& msText) override;
     Micros p4() const { return p4_; }
     Micros w4() const { return w4_; }
     Micros kwpHighAfterLow() const { return kwpHigh_; }
 
-    void setIdleHook(std::function<void()> hook) { idle_ = std::move(hook); }
-    void setTrace(TraceSink* trace) { trace_ = trace; }
+    void setIdleHook(std::function<void()> hook) override { idle_ = std::move(hook); }
+    void setTrace(TraceSink* trace) override { trace_ = trace; }
     int badChecksums() const { return badChecksums_; }
 
 private:
@@ -83,6 +75,7 @@ private:
 
     // The session the last successful wake-up opened.
     std::optional<LineKind> kind_;
+    int protocol_ = 0;
     HeaderForm form_;
     std::optional<std::pair<std::uint8_t, std::uint8_t>> bodyAddresses_; // target, source
     int badChecksums_ = 0;

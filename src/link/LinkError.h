@@ -9,7 +9,7 @@ namespace kvx::link {
 // it is an empty reply.
 class LinkError : public std::runtime_error {
 public:
-    enum class Kind { PortOpen, PortLost, BaudRefused, NoEcho, Collision, BadRequest };
+    enum class Kind { PortOpen, PortLost, BaudRefused, NoEcho, Collision, BadRequest, Adapter };
     LinkError(Kind kind, const std::string& message) : std::runtime_error(message), kind_(kind) {}
     Kind kind() const { return kind_; }
 

@@ -1,5 +1,6 @@
 #include "link/LinkSession.h"
 
+#include "link/Elm327Engine.h"
 #include "link/Hex.h"
 #include "link/KLineEngine.h"
 #include "link/LinkError.h"
@@ -17,12 +18,11 @@ Bytes requireHex(const std::string& text, const char* what)
     return *bytes;
 }
 
-// One wake-up speaks one protocol; trying them all is the caller's loop.
 Protocol wakeUpProtocol(int number)
 {
-    if (number != Iso9141Slow && number != Kwp2000Slow && number != Kwp2000Fast)
+    if (number < Iso9141Slow || number > kLastProtocol)
         throw LinkError(LinkError::Kind::BadRequest,
-                        "Protocol " + std::to_string(number) + " is not 1, 2 or 3; try the protocols one at a time.");
+                        "Protocol " + std::to_string(number) + " is not one of 1 to " + std::to_string(kLastProtocol) + ".");
     return static_cast<Protocol>(number);
 }
 
@@ -40,7 +40,11 @@ std::string joined(const std::vector<Bytes>& frames)
 } // namespace
 
 LinkSession::LinkSession(WireFactory wires, Clock& clock)
-    : wires_(std::move(wires)), clock_(clock), engine_(std::make_unique<KLineEngine>(wires_, clock_))
+    : wires_(std::move(wires)),
+      clock_(clock),
+      kline_(std::make_unique<KLineEngine>(wires_, clock_)),
+      elm_(std::make_unique<Elm327Engine>(wires_, clock_)),
+      engine_(kline_.get())
 {
     stopwatchStart_ = stopwatchLap_ = clock_.now();
 }
@@ -105,22 +109,61 @@ std::string LinkSession::ComputeChecksum(const std::string& hex) const
     return toHex(checksum(requireHex(hex, "The message")));
 }
 
+void LinkSession::SetInterface(InterfaceType type, int adapterBaud)
+{
+    elm_->setAdapterBaud(adapterBaud);
+    LinkEngine* chosen = type == InterfaceType::Elm327 ? static_cast<LinkEngine*>(elm_.get()) : kline_.get();
+    if (chosen == engine_)
+        return;
+    engine_->closePort();
+    engine_ = chosen;
+}
+
+bool LinkSession::SearchesProtocols() const { return engine_->searchesProtocols(); }
+int LinkSession::ProtocolInUse() const { return engine_->protocolInUse(); }
+
 bool LinkSession::IsPortOpen() const { return engine_->portOpen(); }
 
 void LinkSession::ClosePort(int) { engine_->closePort(); }
 
-void LinkSession::SetP3Delay(int ms) { engine_->setP3(ms); }
+// Both engines hold the timings, so a change of interface keeps what the settings pushed.
+void LinkSession::SetP3Delay(int ms)
+{
+    kline_->setP3(ms);
+    elm_->setP3(ms);
+}
 int LinkSession::GetP3Delay() const { return engine_->p3(); }
-void LinkSession::SetP4Delay(int ms) { engine_->setP4(ms); }
-void LinkSession::SetInterByteDelay(int ms) { engine_->setInterByte(ms); }
-void LinkSession::SetKwp2000InitDelay(const std::string& ms) { engine_->setKwpInitDelay(ms); }
+void LinkSession::SetP4Delay(int ms)
+{
+    kline_->setP4(ms);
+    elm_->setP4(ms);
+}
+void LinkSession::SetInterByteDelay(int ms)
+{
+    kline_->setInterByte(ms);
+    elm_->setInterByte(ms);
+}
+void LinkSession::SetKwp2000InitDelay(const std::string& ms)
+{
+    kline_->setKwpInitDelay(ms);
+    elm_->setKwpInitDelay(ms);
+}
 
 void LinkSession::StartStopwatch() { stopwatchStart_ = stopwatchLap_ = clock_.now(); }
 void LinkSession::LapStopwatch() { stopwatchLap_ = clock_.now(); }
 // Ten-thousandths of a second between the start and the last lap.
 FixedSeconds LinkSession::ReadStopwatch() const { return (stopwatchLap_ - stopwatchStart_) / 100; }
 
-void LinkSession::setIdleHook(std::function<void()> hook) { engine_->setIdleHook(std::move(hook)); }
-void LinkSession::setTraceSink(TraceSink* sink) { engine_->setTrace(sink); }
+void LinkSession::setIdleHook(std::function<void()> hook)
+{
+    kline_->setIdleHook(hook);
+    elm_->setIdleHook(std::move(hook));
+}
+
+void LinkSession::setTraceSink(TraceSink* sink)
+{
+    kline_->setTrace(sink);
+    elm_->setTrace(sink);
+}
 
 } // namespace kvx::link

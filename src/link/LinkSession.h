@@ -8,10 +8,13 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace kvx::link {
 
+class Elm327Engine;
 class KLineEngine;
+class LinkEngine;
 class TraceSink;
 
 // Seconds as a fixed-point number with four decimals (ten-thousandths of a second).
@@ -26,6 +29,7 @@ struct MonitorTestTexts {
     std::string limit;      // scaled limit text
     std::string result;     // scaled test value text
     std::string passFail;   // "PASS" or "FAIL"
+    std::string description; // the standard name of the test, where one exists (CAN results)
 };
 
 // The one object through which all vehicle traffic passes: wake-up, framing, timing, and the
@@ -47,6 +51,15 @@ public:
     bool IsPortOpen() const;
     void ClosePort(int reserved);
 
+    // Which engine drives the port: the K-line cable (the default) or an ELM327, at the adapter's
+    // serial rate (0: try the usual rates). A change closes the port the other engine held.
+    void SetInterface(InterfaceType type, int adapterBaud);
+    // True when the engine searches the protocols itself: "Try All" is then one wake-up with
+    // protocol 4, and ProtocolInUse says what was found.
+    bool SearchesProtocols() const;
+    // The protocol the last successful wake-up opened; 0 when none is open.
+    int ProtocolInUse() const;
+
     // Settings.
     void SetP3Delay(int ms);
     int GetP3Delay() const;
@@ -67,6 +80,9 @@ public:
     // selector 1 = test value, 2 = minimum limit, 3 = maximum limit
     std::string FormatOxygenTest(const std::string& message, int selector) const;
     MonitorTestTexts FormatMonitorTest(const std::string& message) const;
+    // The rows of a mode 06 message: one for the older K-line form, one per limit (minimum, then
+    // maximum) for the form with a unit-and-scaling ID that CAN units send.
+    std::vector<MonitorTestTexts> FormatMonitorTestRows(const std::string& message) const;
     std::string FormatServiceReply(const std::string& message) const;
     // Readable text of an information parameter (01, 13, 1C, 1D, ...).
     std::string FormatInfoValue(const std::string& message) const;
@@ -82,7 +98,9 @@ public:
 private:
     WireFactory wires_;
     Clock& clock_;
-    std::unique_ptr<KLineEngine> engine_;
+    std::unique_ptr<KLineEngine> kline_;
+    std::unique_ptr<Elm327Engine> elm_;
+    LinkEngine* engine_;
     Micros stopwatchStart_ = 0;
     Micros stopwatchLap_ = 0;
 };

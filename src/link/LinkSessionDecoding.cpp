@@ -3,6 +3,7 @@
 #include "link/LinkSession.h"
 
 #include "link/decode/InfoValue.h"
+#include "link/decode/MonitorScaling.h"
 #include "link/decode/PidValue.h"
 #include "link/decode/ServiceReply.h"
 #include "link/decode/TestResults.h"
@@ -39,6 +40,14 @@ std::string LinkSession::FormatOxygenTest(const std::string& message, int select
 MonitorTestTexts LinkSession::FormatMonitorTest(const std::string& message) const
 {
     return decode::formatMonitorTest(message);
+}
+
+std::vector<MonitorTestTexts> LinkSession::FormatMonitorTestRows(const std::string& message) const
+{
+    std::vector<MonitorTestTexts> rows = decode::formatCanMonitorTest(message);
+    if (rows.empty())
+        rows.push_back(decode::formatMonitorTest(message));
+    return rows;
 }
 
 std::string LinkSession::FormatServiceReply(const std::string& message) const

@@ -18,10 +18,19 @@ namespace kvx::obd {
 namespace {
 
 // Tries the chosen protocol, or 1, 2 and 3 in turn for "Try All"; leaves ProtocolNumber at the
-// one that answered, or at 4 when none did.
+// one that answered, or at 4 when none did. A link that searches the protocols itself gets
+// "Try All" as one wake-up and says what it found.
 bool wakeUp(Session& session)
 {
     CommSettings& s = session.settings;
+    if (s.ProtocolNumber == link::TryAll && session.link.SearchesProtocols()) {
+        session.screen.StatusBar1.setText(1, "TRYING PROTOCOL " + std::to_string(s.ProtocolNumber) + "...");
+        std::string result;
+        if (!session.link.InitializeEcu("33", s.BaudRate, s.PortNumber, s.ProtocolNumber, "", false, result))
+            return false;
+        s.ProtocolNumber = session.link.ProtocolInUse();
+        return true;
+    }
     if (s.ProtocolNumber == link::TryAll)
         s.ProtocolNumber = link::Iso9141Slow;
     for (;;) {

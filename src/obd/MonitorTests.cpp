@@ -37,17 +37,21 @@ void ReadMonitorTests(Session& session, const std::string& headerByte1, const st
     const link::ModeSixDecoder decoder;
     auto& grid = session.screen.gridMode6;
     WalkTests(session, headerByte1, headerByte2, kService, "", [&](int, const std::string& id, const std::string& frame) {
-        const link::MonitorTestTexts test = session.link.FormatMonitorTest(frame);
-        const int row = grid.addRow();
-        grid.setText(row, 0, id);
-        grid.setText(row, 1, test.component);
-        // Test titles differ between makes; without a make there is nothing to ask.
-        if (!make.empty())
-            grid.setText(row, 2, decoder.Describe(make, year, id, test.component, test.typeCode));
-        grid.setText(row, 3, test.limit);
-        grid.setText(row, 4, test.limitType);
-        grid.setText(row, 5, test.result);
-        grid.setText(row, 6, test.passFail);
+        for (const link::MonitorTestTexts& test : session.link.FormatMonitorTestRows(frame)) {
+            const int row = grid.addRow();
+            grid.setText(row, 0, id);
+            grid.setText(row, 1, test.component);
+            // Standard monitors carry their own names; the older tests' titles differ between
+            // makes, and without a make there is nothing to ask.
+            if (!test.description.empty())
+                grid.setText(row, 2, test.description);
+            else if (!make.empty())
+                grid.setText(row, 2, decoder.Describe(make, year, id, test.component, test.typeCode));
+            grid.setText(row, 3, test.limit);
+            grid.setText(row, 4, test.limitType);
+            grid.setText(row, 5, test.result);
+            grid.setText(row, 6, test.passFail);
+        }
     });
 }
 

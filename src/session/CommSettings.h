@@ -18,7 +18,13 @@ struct CommSettings {
     // The car the virtual vehicle port opens onto: a garage name or a profile file; empty, the
     // built-in car. Saved by itself, and only when the user picks a car in the dialog.
     std::string VirtualVehicle;
+    int Interface = 0;        // key "Interface": 0 the K-line cable, 1 an ELM327 adapter
+    int AdapterBaud = 38400;  // key "AdapterBaud": the ELM327's serial rate, 0 to find it
 };
+
+// The settings' Interface values.
+constexpr int kKLineCableInterface = 0;
+constexpr int kElm327Interface = 1;
 
 // The settings' port number that names the virtual vehicle rather than a serial device.
 constexpr int kVirtualVehiclePort = 0;

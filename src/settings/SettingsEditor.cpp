@@ -1,6 +1,7 @@
 #include "settings/SettingsEditor.h"
 
 #include "garage/Garage.h"
+#include "link/Elm327Engine.h"
 #include "link/LinkSession.h"
 #include "session/MainScreen.h"
 #include "session/Session.h"
@@ -8,6 +9,7 @@
 #include "settings/SettingsStore.h"
 
 #include <QString>
+#include <algorithm>
 #include <cstdint>
 #include <limits>
 #include <optional>
@@ -51,6 +53,18 @@ std::string portEntry(int port)
     return port == kVirtualVehiclePort ? kVirtualVehicleEntry : std::to_string(port);
 }
 
+std::string adapterBaudEntry(int baud)
+{
+    return baud == link::kElmAutoBaud ? kAutoBaudEntry : std::to_string(baud);
+}
+
+std::optional<long> adapterBaud(const std::string& entry)
+{
+    if (entry == kAutoBaudEntry)
+        return link::kElmAutoBaud;
+    return wholeNumber(entry);
+}
+
 std::optional<long> portNumber(const std::string& entry)
 {
     if (entry == kVirtualVehicleEntry)
@@ -60,9 +74,14 @@ std::optional<long> portNumber(const std::string& entry)
 
 } // namespace
 
-const std::array<const char*, 4>& ProtocolNames()
+const std::vector<std::string>& ProtocolNames()
 {
-    static const std::array<const char*, 4> names{"ISO9141 Slow", "KW2000 Slow", "KW2000 Fast", "Try All"};
+    static const std::vector<std::string> names = [] {
+        std::vector<std::string> all;
+        for (int p = 1; p <= link::kLastProtocol; ++p)
+            all.push_back(link::ProtocolName(p));
+        return all;
+    }();
     return names;
 }
 
@@ -81,9 +100,15 @@ void SettingsEditor::Form_Load()
     cmbPort.addItem(kVirtualVehicleEntry);
     cmbInterface.clear();
     cmbInterface.addItem(kInterfaceName);
-    cmbInterface.setCurrentIndex(0);
+    cmbInterface.addItem(kElm327InterfaceName);
+    cmbInterface.setCurrentIndex(s.Interface == kElm327Interface ? 1 : 0);
+    cmbAdapterBaud.clear();
+    for (int baud : link::kElmBauds)
+        cmbAdapterBaud.addItem(std::to_string(baud));
+    cmbAdapterBaud.addItem(kAutoBaudEntry);
+    cmbAdapterBaud.setText(adapterBaudEntry(s.AdapterBaud));
     cmbTypeProtocol.clear();
-    for (const char* name : ProtocolNames())
+    for (const std::string& name : ProtocolNames())
         cmbTypeProtocol.addItem(name);
 
     // A stored protocol outside 1..4 shows no entry until the user picks one.
@@ -158,6 +183,7 @@ bool SettingsEditor::cmdApply_Click()
         {"P4 Delay (mS)", txtP4.text(), wholeNumber(txtP4.text()), kMin16, kMax16},
         {"InterByte Delay (mS)", txtInterbyte.text(), wholeNumber(txtInterbyte.text()), kMin16, kMax16},
         {"P3 Delay (mS)", txtP3.text(), wholeNumber(txtP3.text()), kMin16, kMax16},
+        {"Adapter Baud", cmbAdapterBaud.text(), adapterBaud(cmbAdapterBaud.text()), 0, kMax32},
     };
     for (const Field& f : fields) {
         std::string problem;
@@ -170,6 +196,18 @@ bool SettingsEditor::cmdApply_Click()
             session_.shell.messageBox(kSettingsBoxTitle, f.label + problem, MessageIcon::Exclamation);
             return false;
         }
+    }
+
+    const bool elm327 = cmbInterface.text() == kElm327InterfaceName;
+    const auto& names = ProtocolNames();
+    const auto chosen = std::find(names.begin(), names.end(), cmbTypeProtocol.text());
+    const int protocol = chosen == names.end() ? 0 : static_cast<int>(chosen - names.begin()) + 1;
+    if (link::IsCan(protocol) && !elm327) {
+        session_.shell.messageBox(kSettingsBoxTitle,
+                                  "The protocol " + cmbTypeProtocol.text() +
+                                      " is CAN, which the K-line cable cannot reach: choose the ELM327 interface for it.",
+                                  MessageIcon::Exclamation);
+        return false;
     }
 
     CommSettings& s = session_.settings;
@@ -191,13 +229,13 @@ bool SettingsEditor::cmdApply_Click()
     if (screen.sldSpeedP3.setValue(s.P3Delay))
         screen.lblSpeed.setText(std::to_string(s.P3Delay));
 
-    const auto& names = ProtocolNames();
-    for (std::size_t i = 0; i < names.size(); ++i) {
-        if (cmbTypeProtocol.text() == names[i]) {
-            s.ProtocolNumber = static_cast<int>(i) + 1;
-            s.TryAllProtocols = i == kTryAllEntry;
-        }
+    if (protocol != 0) {
+        s.ProtocolNumber = protocol;
+        s.TryAllProtocols = protocol == link::TryAll;
     }
+    s.Interface = elm327 ? kElm327Interface : kKLineCableInterface;
+    s.AdapterBaud = number(6);
+    PushInterface(session_);
 
     CommSettings stored = s;
     if (session_.StorePortNumber)

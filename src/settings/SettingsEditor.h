@@ -2,8 +2,8 @@
 
 #include "session/ControlModels.h"
 
-#include <array>
 #include <string>
+#include <vector>
 
 namespace kvx {
 struct Session;
@@ -12,12 +12,16 @@ struct Session;
 namespace kvx::settings {
 
 inline constexpr const char* kInterfaceName = "OptoCoupler/Tactrix/KKL";
+inline constexpr const char* kElm327InterfaceName = "ELM327";
+// The adapter rate entry that lets the link try the usual rates.
+inline constexpr const char* kAutoBaudEntry = "Auto-detect";
 // The port entry that names the virtual vehicle, after the serial ports "1" to "16".
 inline constexpr const char* kVirtualVehicleEntry = "Virtual Vehicle";
 inline constexpr int kP3Cap = 500;
 
-// The protocol list of the dialog: index + 1 is the protocol number.
-const std::array<const char*, 4>& ProtocolNames();
+// The protocol list of the dialog: index + 1 is the protocol number. The CAN entries follow
+// "Try All" and need the ELM327 interface.
+const std::vector<std::string>& ProtocolNames();
 
 // The settings dialog without widgets: its fields as text models, its change handlers and its
 // buttons. frmSetting renders the models and calls the handlers; tests drive it directly.
@@ -26,7 +30,7 @@ public:
     explicit SettingsEditor(Session& session);
 
     TextModel txtBaud, txtKeepAlive, txtP4, txtKwp2000InitDelay, txtInterbyte, txtP3;
-    ListModel cmbInterface, cmbTypeProtocol, cmbPort;
+    ListModel cmbInterface, cmbTypeProtocol, cmbPort, cmbAdapterBaud;
     // The cars of the garage beside the port list, usable while the port is the virtual vehicle.
     ListModel cmbVehicle;
     ControlState cmbVehicleState;
@@ -45,7 +49,8 @@ public:
 
     // Takes the fields into the settings, pushes them to the link and the main window and saves
     // them. A field that is not a number, or not one its field holds (a keep-alive period below
-    // the timers' shortest included), refuses the whole Apply with a box naming it; false then.
+    // the timers' shortest included), or a CAN protocol with the K-line cable, refuses the whole
+    // Apply with a box naming it; false then.
     bool cmdApply_Click();
     // The DEFAULT set (the port kept), applied and saved at once.
     bool cmdDefault_Click();

@@ -33,6 +33,7 @@ void LoadCommSettings(Session& session)
                                  MessageIcon::Exclamation);
         s.KeepAlive = kMinKeepAliveMs;
     }
+    PushInterface(session);
     // The KWP2000 delay stays with the link's own value until the user applies the dialog.
     session.link.SetP3Delay(s.P3Delay);
     session.link.SetP4Delay(s.P4Delay);
@@ -41,6 +42,13 @@ void LoadCommSettings(Session& session)
     session.screen.tmrKeepAliveEnhance.setInterval(s.KeepAlive);
     session.screen.sldSpeedP3.setValue(s.P3Delay);
     session.screen.lblSpeed.setText(std::to_string(session.screen.sldSpeedP3.value()));
+}
+
+void PushInterface(Session& session)
+{
+    const CommSettings& s = session.settings;
+    session.link.SetInterface(s.Interface == kElm327Interface ? link::InterfaceType::Elm327 : link::InterfaceType::KLineCable,
+                              s.AdapterBaud);
 }
 
 void SetP3FromSlider(Session& session, int value)

@@ -49,6 +49,8 @@ void ReadCommSettings(CommSettings& s)
     readNumber<std::int16_t>(store, "TypeProtocol", 4, s.ProtocolNumber);
     s.Kwp2000InitDelay = store.value(keyOf("Kwp2000InitDelay"), QStringLiteral("22")).toString().toStdString();
     s.VirtualVehicle = store.value(keyOf("VirtualVehicle")).toString().toStdString();
+    readNumber<std::int16_t>(store, "Interface", kKLineCableInterface, s.Interface);
+    readNumber<std::int32_t>(store, "AdapterBaud", 38400, s.AdapterBaud);
     // Only "Try All" switches the flag on here; a stored single protocol keeps whatever it held.
     if (s.ProtocolNumber == 4)
         s.TryAllProtocols = true;
@@ -65,6 +67,8 @@ void SaveCommSettings(const CommSettings& s)
     write(store, "TypeProtocol", QString::number(s.ProtocolNumber));
     write(store, "Kwp2000InitDelay", QString::fromStdString(s.Kwp2000InitDelay));
     write(store, "P3Delay", QString::number(s.P3Delay));
+    write(store, "Interface", QString::number(s.Interface));
+    write(store, "AdapterBaud", QString::number(s.AdapterBaud));
 }
 
 void SaveP3Delay(const CommSettings& s)

@@ -31,6 +31,9 @@ void LoadCommSettings(Session& session);
 // Writes every key in the order Apply saves them.
 void SaveCommSettings(const CommSettings& settings);
 
+// Tells the link which interface drives the port, and the adapter's rate.
+void PushInterface(Session& session);
+
 // Writes "P3Delay" alone (the main window closing).
 void SaveP3Delay(const CommSettings& settings);
 

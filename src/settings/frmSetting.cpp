@@ -51,6 +51,10 @@ frmSetting::frmSetting(SettingsEditor& editor, QWidget* parent) : QDialog(parent
     addField(grid, editor_.txtInterbyte, "txtInterbyte", "InterByte Delay (mS):",
              "Delay Between Bytes That are Being Transmitted", 5);
     addField(grid, editor_.txtP3, "txtP3", "P3 Delay (mS):", "Delay After Requesting", 6);
+    grid->addWidget(new QLabel(QStringLiteral("Adapter Baud:"), this), 7, 0);
+    QComboBox* adapterBaud = addList(editor_.cmbAdapterBaud, "cmbAdapterBaud", this);
+    adapterBaud->setToolTip(QStringLiteral("The ELM327's serial rate; Auto-detect tries 38400, 9600, 115200 and 500000"));
+    grid->addWidget(adapterBaud, 7, 1);
 
     auto* buttons = new QHBoxLayout;
     top->addLayout(buttons);
