@@ -5,6 +5,7 @@
 #include "link/LinkSession.h"
 #include "ports/WireFactory.h"
 #include "session/CommSettings.h"
+#include "settings/SettingsStore.h"
 
 #include <QCommandLineParser>
 #include <cstdio>
@@ -26,11 +27,14 @@ int RunRaw(const QStringList& args)
     const QString command = args.value(0);
     bool ok = false;
     const int protocol = p.value("protocol").toInt(&ok);
-    if (!ok || protocol < 1 || protocol > 4)
-        return Fail(command + ": --protocol takes 1, 2, 3 or 4, not '" + p.value("protocol") + "'");
+    if (!ok || protocol < 1 || protocol > link::kLastProtocol)
+        return Fail(command + ": --protocol takes 1 to 8, not '" + p.value("protocol") + "'");
     if (p.positionalArguments().isEmpty())
         return Fail(command + ": give at least one request, e.g. 686AF10100");
     QString problem;
+    const auto interface = InterfaceFromOptions(p, problem);
+    if (!interface)
+        return Fail(command + ": " + problem);
     const auto port = PortFromOptions(p, problem);
     if (!port)
         return Fail(command + ": " + problem);
@@ -41,15 +45,21 @@ int RunRaw(const QStringList& args)
         link.setTraceSink(&printer);
     link.SetP3Delay(p.value("p3").toInt());
     link.SetP4Delay(p.value("p4").toInt());
+    CommSettings stored;
+    settings::ReadCommSettings(stored);
+    link.SetInterface(*interface == kElm327Interface ? link::InterfaceType::Elm327 : link::InterfaceType::KLineCable,
+                      stored.AdapterBaud);
 
     const CommSettings defaults;
     std::string result;
     int used = 0;
-    for (int proto = protocol == 4 ? 1 : protocol; proto <= (protocol == 4 ? 3 : protocol); ++proto) {
+    // An adapter that searches the protocols itself is asked once for "Try All".
+    const bool oneByOne = protocol == link::TryAll && !link.SearchesProtocols();
+    for (int proto = oneByOne ? 1 : protocol; proto <= (oneByOne ? 3 : protocol); ++proto) {
         std::printf("waking the unit, protocol %d...\n", proto);
         std::fflush(stdout);
         if (link.InitializeEcu("33", defaults.BaudRate, port->port, proto, "", false, result)) {
-            used = proto;
+            used = link.ProtocolInUse();
             break;
         }
     }

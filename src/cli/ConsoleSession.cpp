@@ -126,6 +126,17 @@ std::optional<PortChoice> PortFromOptions(const QCommandLineParser& parser, QStr
     return choice;
 }
 
+std::optional<int> InterfaceFromOptions(const QCommandLineParser& parser, QString& problem)
+{
+    const QString name = parser.value("interface");
+    if (name == "kline")
+        return kKLineCableInterface;
+    if (name == "elm327")
+        return kElm327Interface;
+    problem = "--interface takes kline or elm327, not '" + name + "'";
+    return std::nullopt;
+}
+
 int ConnectionFailed(const QString& command, const QCommandLineParser& parser, const MainScreen& screen)
 {
     const std::string& status = screen.StatusBar1.text(1);
@@ -142,17 +153,14 @@ std::unique_ptr<ConsoleSession> ConsoleSession::FromOptions(const QCommandLinePa
         problem = "--protocol takes 1 to " + QString::number(link::kLastProtocol) + ", not '" + parser.value("protocol") + "'";
         return nullptr;
     }
-    const QString interfaceName = parser.value("interface");
-    if (interfaceName != "kline" && interfaceName != "elm327") {
-        problem = "--interface takes kline or elm327, not '" + interfaceName + "'";
+    const std::optional<int> interface = InterfaceFromOptions(parser, problem);
+    if (!interface)
         return nullptr;
-    }
     std::optional<PortChoice> choice = PortFromOptions(parser, problem);
     if (!choice)
         return nullptr;
-    const int interface = interfaceName == "elm327" ? kElm327Interface : kKLineCableInterface;
     return std::unique_ptr<ConsoleSession>(
-        new ConsoleSession(std::move(*choice), protocol, interface, parser.isSet("trace")));
+        new ConsoleSession(std::move(*choice), protocol, *interface, parser.isSet("trace")));
 }
 
 ConsoleSession::ConsoleSession(PortChoice choice, int protocol, int interface, bool trace)

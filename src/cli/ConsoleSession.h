@@ -46,6 +46,9 @@ struct PortChoice {
 // reason in problem when an option is wrong.
 std::optional<PortChoice> PortFromOptions(const QCommandLineParser& parser, QString& problem);
 
+// Reads --interface: the settings' Interface value it names; nullopt with the reason in problem.
+std::optional<int> InterfaceFromOptions(const QCommandLineParser& parser, QString& problem);
+
 // Says on stderr that the command could not connect, with the status bar's reason when it has one.
 int ConnectionFailed(const QString& command, const QCommandLineParser& parser, const MainScreen& screen);
 

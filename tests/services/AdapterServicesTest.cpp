@@ -6,6 +6,7 @@
 #include "support/TempSettings.h"
 
 #include "data/GridLayouts.h"
+#include "link/Hex.h"
 #include "link/LinkSession.h"
 #include "session/MainScreen.h"
 #include "session/Session.h"
@@ -53,9 +54,10 @@ TEST_F(CanCarSession, TwelveCodesAreListedFrameByFrameAsOnTheKLine)
 {
     std::vector<std::uint8_t> answer{0x43, 12};
     std::vector<std::string> codes;
-    for (std::uint8_t i = 1; i <= 12; ++i) {
-        answer.insert(answer.end(), {0x01, i});
-        codes.push_back("P01" + link::toHex(i));
+    for (int i = 1; i <= 12; ++i) {
+        const auto low = static_cast<std::uint8_t>((i / 10) << 4 | i % 10);  // P0101 to P0112
+        answer.insert(answer.end(), {0x01, low});
+        codes.push_back("P01" + link::toHex(low));
     }
     adapter.answers["03"] = test::isoTpLines("7E8", answer);
     RequestStoredCodes(s);

@@ -78,5 +78,37 @@ TEST(SettingsEditor, NonNumberRefusesTheWholeApply)
     EXPECT_TRUE(d.editor.cmdApply.enabled());
 }
 
+TEST(SettingsEditor, TheElm327AndItsCanProtocolsAreChosenSavedAndRefusedWithTheCable)
+{
+    Dialog d;
+    // The first four entries keep their places; CAN follows "Try All".
+    ASSERT_EQ(d.editor.cmbTypeProtocol.items().size(), 8u);
+    EXPECT_EQ(d.editor.cmbTypeProtocol.items()[3], "Try All");
+    EXPECT_EQ(d.editor.cmbInterface.items(), (std::vector<std::string>{kInterfaceName, "ELM327"}));
+    EXPECT_EQ(d.editor.cmbAdapterBaud.text(), "38400");
+
+    d.editor.choose(d.editor.cmbTypeProtocol, 4);
+    EXPECT_FALSE(d.editor.cmdApply_Click()) << "the K-line cable cannot reach CAN";
+    ASSERT_EQ(d.shell.boxes.size(), 1u);
+    EXPECT_NE(d.shell.boxes[0].text.find("CAN 11bit 500k is CAN"), std::string::npos);
+    EXPECT_EQ(d.store.get("TypeProtocol"), "");
+
+    d.editor.choose(d.editor.cmbInterface, 1);
+    d.editor.choose(d.editor.cmbAdapterBaud, d.editor.cmbAdapterBaud.indexOf(kAutoBaudEntry));
+    ASSERT_TRUE(d.editor.cmdApply_Click());
+    EXPECT_EQ(d.store.get("TypeProtocol"), "5");
+    EXPECT_EQ(d.store.get("Interface"), "1");
+    EXPECT_EQ(d.store.get("AdapterBaud"), "0");
+    EXPECT_TRUE(d.link.SearchesProtocols()) << "the link now drives the adapter";
+
+    // The next start reads them back.
+    d.session.settings = CommSettings{};
+    LoadCommSettings(d.session);
+    d.editor.Form_Load();
+    EXPECT_EQ(d.editor.cmbInterface.text(), "ELM327");
+    EXPECT_EQ(d.editor.cmbTypeProtocol.text(), "CAN 11bit 500k");
+    EXPECT_EQ(d.editor.cmbAdapterBaud.text(), kAutoBaudEntry);
+}
+
 } // namespace
 } // namespace kvx::settings

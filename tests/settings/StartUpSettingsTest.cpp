@@ -37,8 +37,8 @@ TEST(StartUpSettings, ASavedSingleProtocolIsShownTriedAloneAndKept)
     EXPECT_EQ(p.session.settings.ProtocolNumber, link::Kwp2000Fast);
     EXPECT_EQ(dialogProtocol(p), "KW2000 Fast");
 
-    test::ProgramWindow unknown(nullptr, {{"TypeProtocol", "7"}});
-    EXPECT_EQ(unknown.session.settings.ProtocolNumber, 7);
+    test::ProgramWindow unknown(nullptr, {{"TypeProtocol", "9"}});
+    EXPECT_EQ(unknown.session.settings.ProtocolNumber, 9);
     EXPECT_EQ(dialogProtocol(unknown), "");
 }
 
