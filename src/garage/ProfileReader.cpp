@@ -211,6 +211,19 @@ sim::VehicleProfile::SlowInit readSlowInit(const QJsonValue& value, const JsonPl
     return SlowInit::None;
 }
 
+sim::Bus readBus(const QJsonValue& value, const JsonPlace& at)
+{
+    static const std::pair<const char*, sim::Bus> kBuses[] = {
+        {"kline", sim::Bus::KLine},           {"can11/500", sim::Bus::Can11At500}, {"can29/500", sim::Bus::Can29At500},
+        {"can11/250", sim::Bus::Can11At250}, {"can29/250", sim::Bus::Can29At250},
+    };
+    for (const auto& [text, bus] : kBuses)
+        if (value.isString() && value.toString() == text)
+            return bus;
+    at.expected(QStringLiteral("\"kline\", \"can11/500\", \"can29/500\", \"can11/250\" or \"can29/250\""), value);
+    return sim::Bus::KLine;
+}
+
 std::uint8_t readIsoKeyBytes(const QJsonValue& value, const JsonPlace& at)
 {
     const auto kb = value.isString() ? link::fromHex(value.toString().remove(' ').toStdString()) : std::nullopt;
@@ -243,13 +256,15 @@ sim::VehicleProfile readVehicleProfile(const QByteArray& json, const QString& fi
         top.key("comment").fail(
             QStringLiteral("expected first in the file, saying what real situation the car stands for"));
     const QJsonObject o = document.object();
-    onlyKeys(o, top, {"comment", "slowInit", "isoKeyBytes", "fastInit", "p2Ms", "units"});
+    onlyKeys(o, top, {"comment", "bus", "slowInit", "isoKeyBytes", "fastInit", "p2Ms", "units"});
 
     sim::VehicleProfile car;
     car.name = name;
     car.comment = readText(o["comment"], top.key("comment")).simplified().toStdString();
     if (car.comment.empty())
         top.key("comment").fail(QStringLiteral("expected what real situation the car stands for, not an empty text"));
+    if (o.contains("bus"))
+        car.bus = readBus(o["bus"], top.key("bus"));
     if (o.contains("slowInit"))
         car.slowInit = readSlowInit(o["slowInit"], top.key("slowInit"));
     if (o.contains("isoKeyBytes"))
@@ -270,7 +285,7 @@ sim::VehicleProfile readVehicleProfile(const QByteArray& json, const QString& fi
         if (std::any_of(car.units.begin(), car.units.begin() + static_cast<std::ptrdiff_t>(i), same))
             units.index(static_cast<qsizetype>(i)).key("address").fail(QStringLiteral("expected an address no other unit has"));
     }
-    if (car.slowInit == sim::VehicleProfile::SlowInit::None && !car.fastInit)
+    if (car.bus == sim::Bus::KLine && car.slowInit == sim::VehicleProfile::SlowInit::None && !car.fastInit)
         top.fail(QStringLiteral("expected a car that wakes up somehow: \"slowInit\" is \"none\" and \"fastInit\" false"));
     // What the simulator cannot give (an item the drive has no value for) is refused here too, so
     // a car that loads is a car that runs.

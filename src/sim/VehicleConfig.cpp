@@ -19,6 +19,11 @@ VehicleConfig configFor(const VehicleProfile& profile, std::uint64_t seed)
     }
     config.isoKeyByte = profile.isoKeyByte;
     config.fastInit = profile.fastInit;
+    config.bus = profile.bus;
+    if (profile.bus != Bus::KLine) {
+        config.slowInit.reset();
+        config.fastInit = false;
+    }
     config.timing.p2 = profile.p2;
     for (std::size_t i = 0; i < profile.units.size(); ++i) {
         ProfiledUnit::check(profile.units[i]);

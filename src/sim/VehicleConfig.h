@@ -49,6 +49,8 @@ struct VehicleConfig {
     // Every unit's ISO 14230 KB1, in place of its own; the units then write their headers in the
     // form it names (0xEA: addresses and a separate length byte only).
     std::optional<std::uint8_t> kwpKb1;
+    // A CAN car answers no wake-up on the K-line; only the emulated adapter reaches its units.
+    Bus bus = Bus::KLine;
 };
 
 // The config that runs a car described as data: its units, wake-ups and timing. Throws

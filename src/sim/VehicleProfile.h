@@ -90,10 +90,15 @@ struct UnitProfile {
     bool operator==(const UnitProfile&) const = default;
 };
 
+// The bus the units sit on: the K-line, or CAN with 11 or 29-bit identifiers at 500 or 250 kbaud.
+// A CAN car is only reached through an adapter that speaks CAN.
+enum class Bus { KLine, Can11At500, Can29At500, Can11At250, Can29At250 };
+
 // One car: how it wakes up, its timing and its units.
 struct VehicleProfile {
     std::string name;    // how the garage lists it
     std::string comment; // the real situation it stands for
+    Bus bus = Bus::KLine;
 
     enum class SlowInit { None, Iso9141, Kwp2000 };
     SlowInit slowInit = SlowInit::Iso9141; // what a 5-baud wake-up opens

@@ -137,7 +137,7 @@ void VirtualVehicle::dropSessionIfSilent(link::Micros t)
 std::optional<LineKind> VirtualVehicle::listeningProtocol() const
 {
     // Without breaks the header is all there is to tell the protocols apart.
-    if (config_.noBreaks && handshake_ == Handshake::None && !wakeUp_.busy() && !frame_.empty())
+    if (config_.noBreaks && config_.bus == Bus::KLine && handshake_ == Handshake::None && !wakeUp_.busy() && !frame_.empty())
         return frame_.front() == kIsoRequest ? LineKind::Iso9141 : LineKind::Kwp;
     if (session_)
         return session_->protocol;
