@@ -187,6 +187,7 @@ ConsoleSession::ConsoleSession(PortChoice choice, int protocol, int interface, b
     data::LayoutMonitorTestGrid(screen_);
     data::BuildTabs(screen_, data::ModuleTabs(ModuleGeneric));
     data::LoadDtcDescriptions(QCoreApplication::applicationDirPath().toStdString(), session_.DtcDescriptions, shell_);
+    session_.CodesWithoutNumberListed = true;
 }
 
 } // namespace kvx::cli

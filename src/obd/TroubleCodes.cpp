@@ -12,6 +12,8 @@
 #include "session/Session.h"
 #include "session/Shell.h"
 
+#include <stdexcept>
+
 namespace kvx::obd {
 
 namespace {
@@ -71,8 +73,15 @@ void ReadTroubleCodes(Session& session, const std::string& headerByte1, const st
     auto& box = session.screen.txtMode347;
     session.screen.StatusBar1.setText(3, "");
 
-    TroubleCodeListing listing(
-        [&session](const std::string& code) { return data::DtcDescription(session.DtcDescriptions, code); });
+    TroubleCodeListing listing([&session](const std::string& code) {
+        try {
+            return data::DtcDescription(session.DtcDescriptions, code);
+        } catch (const std::invalid_argument&) {
+            if (!session.CodesWithoutNumberListed)
+                throw;
+            return std::string();
+        }
+    });
     for (const auto& frame : link::splitReply(reply)) {
         session.shell.processEvents();
         if (FromEcu(session, frame))

@@ -56,6 +56,9 @@ struct Session {
 
     // Trouble-code descriptions by the code's four digits read as a decimal number.
     std::vector<std::string> DtcDescriptions = std::vector<std::string>(4001);
+    // kvx lists a code whose digits are no decimal number (P0A80) as one without a description; the
+    // window's read stops at such a code with the general fault report.
+    bool CodesWithoutNumberListed = false;
 
     // Recorder and player.
     bool Logging = false;
