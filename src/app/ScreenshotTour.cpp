@@ -12,10 +12,12 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QMessageBox>
 #include <QTimer>
 #include <cstdio>
 #include <functional>
 #include <set>
+#include <string>
 #include <vector>
 
 namespace kvx::app {
@@ -100,6 +102,42 @@ private:
     std::function<void()> whenReady_;
 };
 
+// A message box the window raises during the tour (a refusal, the fault report of a code the
+// description file cannot hold) waits for a click that never comes offscreen: its picture is taken
+// under the name of the step that raised it, its text goes to stderr, and it is answered.
+class BoxAnswerer {
+public:
+    explicit BoxAnswerer(QString folder) : folder_(std::move(folder))
+    {
+        QObject::connect(&timer_, &QTimer::timeout, [this] { answer(); });
+        timer_.start(50);
+    }
+
+    void at(const char* step)
+    {
+        step_ = step;
+        boxes_ = 0;
+    }
+
+private:
+    void answer()
+    {
+        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        if (!box)
+            return;
+        const std::string name = step_ + "-box" + (boxes_++ ? std::to_string(boxes_) : std::string());
+        save(*box, folder_, name.c_str());
+        std::fprintf(stderr, "%s: the window said \"%s: %s\"\n", step_.c_str(), qPrintable(box->windowTitle()),
+                     qPrintable(box->text()));
+        box->accept();
+    }
+
+    QString folder_;
+    QTimer timer_;
+    std::string step_;
+    int boxes_ = 0;
+};
+
 } // namespace
 
 void TakeScreenshots(frmMain& window, Session& session, settings::SettingsEditor& editor, const MainActions& actions,
@@ -121,6 +159,7 @@ void TakeScreenshots(frmMain& window, Session& session, settings::SettingsEditor
         selection.show();
         save(selection, folder, "frmSelection");
     }
+    BoxAnswerer answerer(folder);
     auto shot = [&window, folder](const char* name) { save(window, folder, name); };
     // Modules are chosen as a user chooses them, so each gets its own tab set.
     auto choose = [&](int module) {
@@ -160,32 +199,39 @@ void TakeScreenshots(frmMain& window, Session& session, settings::SettingsEditor
                          [&comboPass, slot] { comboPass.written(static_cast<int>(slot)); });
 
     bool complete = true;
+    answerer.at("frmMain");
     actions.LogToggled(true);
     complete &= livePass.run("frmMain", actions.RequestMode1, actions.Stop, [&] { shot("frmMain"); });
     actions.LogToggled(false);
     const std::string recording = session.LogPath;
 
     screen.TabStrip1.select(1);
+    answerer.at("frmMain-FreezeFrame");
     actions.RequestMode2();
     shot("frmMain-FreezeFrame");
     screen.TabStrip1.select(2);
+    answerer.at("frmMain-TroubleCodes");
     actions.Mode3();
     shot("frmMain-TroubleCodes");
     screen.TabStrip1.select(3);
+    answerer.at("frmMain-O2SensorTest");
     actions.RequestMode5();
     shot("frmMain-O2SensorTest");
     screen.TabStrip1.select(4);
     screen.cmbYear.setCurrentIndex(1);
     data::FillMakeList(screen);
     screen.cmbMake.setCurrentIndex(0);
+    answerer.at("frmMain-MonitoringTest");
     actions.RequestMode6();
     shot("frmMain-MonitoringTest");
     screen.TabStrip1.select(5);
+    answerer.at("frmMain-Info");
     actions.ModeOnce(1);
     shot("frmMain-Info");
     screen.TabStrip1.select(6);
     for (std::size_t slot = 0; slot < screen.cmbPid.size(); ++slot)
         screen.cmbPid[slot].setCurrentIndex(int(slot) + 1);
+    answerer.at("frmMain-LiveDataCombo");
     complete &= comboPass.run("frmMain-LiveDataCombo", actions.RequestLiveCombo, actions.StopLiveCombo,
                               [&] { shot("frmMain-LiveDataCombo"); });
 
@@ -197,6 +243,7 @@ void TakeScreenshots(frmMain& window, Session& session, settings::SettingsEditor
                                                    {ModuleNissanTcu, "frmMain-NissanTransmission"},
                                                    {ModuleToyota, "frmMain-Toyota"}};
     for (const auto& [module, name] : modules) {
+        answerer.at(name);
         const bool connected = choose(module);
         if (connected) {
             screen.TabStrip1.select(0);
@@ -208,7 +255,11 @@ void TakeScreenshots(frmMain& window, Session& session, settings::SettingsEditor
         } else {
             shot(name);
         }
-        if (connected && module == ModuleToyota) {
+        // A unit without the maker's items lists none; its combo would wait for answers that never come.
+        if (connected && module == ModuleToyota && screen.GridMode1.rows() <= 1) {
+            screen.TabStrip1.select(1);
+            shot("frmMain-ToyotaCombo");
+        } else if (connected && module == ModuleToyota) {
             screen.TabStrip1.select(1);
             for (std::size_t slot = 0; slot < screen.cmbPid.size(); ++slot)
                 screen.cmbPid[slot].setCurrentIndex(int(slot) * 2 + 1);
