@@ -210,8 +210,9 @@ TEST_P(GarageCar, EveryGenericServiceShowsWhatTheCarHolds)
         EXPECT_FALSE(p->screen.txtInfo.text().empty()) << car.name << " info " << button->text().toStdString();
     }
     p->click("cmdReadVin");
-    if (!engine.vin.empty())
+    if (!engine.vin.empty()) {
         EXPECT_NE(p->screen.txtInfo.text().find(engine.vin), std::string::npos) << car.name;
+    }
 
     p->showTab(6);
     const auto lists = p->window->findChildren<QComboBox*>("cmbPid");
