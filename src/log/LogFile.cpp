@@ -1,8 +1,31 @@
 #include "log/LogFile.h"
 
+#include "link/LinkSession.h"
 #include "session/Session.h"
 
+#include <QByteArrayView>
+#include <array>
+
 namespace kvx::log {
+
+namespace {
+
+constexpr std::array<char, 4> kTimeMarker{'\x1E', 'K', 'T', '\x1F'};
+
+// The tail for a text and a time: marker, time, then a checksum that ties both to the text.
+QByteArray timeTail(const std::string& text, std::uint32_t ms)
+{
+    QByteArray tail(kTimeMarker.data(), static_cast<int>(kTimeMarker.size()));
+    for (int shift = 0; shift < 32; shift += 8)
+        tail += static_cast<char>((ms >> shift) & 0xFF);
+    const QByteArray covered = QByteArray::fromStdString(text) + tail;
+    const quint16 sum = qChecksum(QByteArrayView(covered));
+    tail += static_cast<char>(sum & 0xFF);
+    tail += static_cast<char>(sum >> 8);
+    return tail;
+}
+
+} // namespace
 
 LogFile::LogFile(const std::string& path, Mode mode) : path_(path), file_(QString::fromStdString(path))
 {
@@ -30,6 +53,35 @@ void LogFile::writeRecord(long number, const std::string& text)
     if (!file_.seek((number - 1) * kRecordSize) ||
         file_.write(buf, static_cast<qint64>(2 + text.size())) != static_cast<qint64>(2 + text.size()))
         throw LogError("Cannot write to " + path_ + ": " + file_.errorString().toStdString());
+}
+
+void LogFile::writeFrameRecord(long number, const std::string& text, long receivedMs)
+{
+    writeRecord(number, text);
+    if (static_cast<long>(text.size()) > kMaxTimedText || receivedMs < 0)
+        return;
+    const QByteArray tail = timeTail(text, static_cast<std::uint32_t>(receivedMs));
+    if (!file_.seek(number * kRecordSize - kTimeTailSize) || file_.write(tail) != tail.size())
+        throw LogError("Cannot write to " + path_ + ": " + file_.errorString().toStdString());
+}
+
+std::optional<long> LogFile::readRecordTime(long number)
+{
+    if (number < 1 || !file_.seek((number - 1) * kRecordSize))
+        return std::nullopt;
+    const QByteArray record = file_.read(kRecordSize);
+    if (record.size() < kRecordSize)
+        return std::nullopt;
+    const long length = static_cast<unsigned char>(record[0]) | (static_cast<unsigned char>(record[1]) << 8);
+    if (length > kMaxTimedText)
+        return std::nullopt;
+    const QByteArray tail = record.right(kTimeTailSize);
+    std::uint32_t ms = 0;
+    for (int i = 0; i < 4; ++i)
+        ms |= static_cast<std::uint32_t>(static_cast<unsigned char>(tail[4 + i])) << (8 * i);
+    if (tail != timeTail(record.mid(2, static_cast<int>(length)).toStdString(), ms))
+        return std::nullopt;
+    return static_cast<long>(ms);
 }
 
 std::optional<std::string> LogFile::readRecord(long number)
@@ -63,7 +115,8 @@ void WriteLogFrame(Session& session, const std::string& frame)
 {
     if (!session.Logging || !session.LogFileHandle)
         return;
-    session.LogFileHandle->writeRecord(session.LogRecordNumber, frame);
+    const link::Micros elapsed = session.link.clock().now() - session.LogStartMicros;
+    session.LogFileHandle->writeFrameRecord(session.LogRecordNumber, frame, static_cast<long>(elapsed / 1000));
     ++session.LogRecordNumber;
 }
 

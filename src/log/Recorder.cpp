@@ -1,5 +1,6 @@
 #include "log/Recorder.h"
 
+#include "link/LinkSession.h"
 #include "log/LogFile.h"
 #include "log/LogFormat.h"
 #include "session/MainScreen.h"
@@ -60,6 +61,7 @@ bool StartLogging(Session& session, const std::string& programFolder, const QDat
         return false;
     }
     session.LogRecordNumber = kFirstFrameRecord;
+    session.LogStartMicros = session.link.clock().now();
     session.Logging = true;
     return true;
 }

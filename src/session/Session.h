@@ -1,5 +1,6 @@
 #pragma once
 
+#include "link/Clock.h"
 #include "link/decode/NissanDecoder.h"
 #include "link/decode/ToyotaDecoder.h"
 #include "session/CommSettings.h"
@@ -63,6 +64,7 @@ struct Session {
     // Recorder and player.
     bool Logging = false;
     long LogRecordNumber = 150;
+    link::Micros LogStartMicros = 0; // the link clock's reading when recording started
     std::string LogGridRows;
     std::string LogHeader;
     long LogLastRecord = 0;

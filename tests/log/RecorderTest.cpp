@@ -107,5 +107,45 @@ TEST(Recorder, AMissingLogFolderGivesTheSystemsReasonAndCreatesNothing)
     WriteLogFrame(rig.session, "486B1041");
 }
 
+
+// Each frame carries its receive time, by the session's clock, in the record's unused tail: the
+// text reads as before, a text too long for the tail goes without, and the tail of one record
+// copied behind another text is not taken for a time.
+TEST(Recorder, FramesCarryTheirReceiveTimeWhereReadersOfTheTextNeverLook)
+{
+    LogRig rig;
+    rig.linkClock.sleepFor(link::ms(5000));
+    ASSERT_TRUE(StartLogging(rig.session, rig.folder(), kStarted));
+    const std::string first = test::liveFrame("0C", "1AF8");
+    WriteLogFrame(rig.session, first);
+    rig.linkClock.sleepFor(link::ms(1234));
+    WriteLogFrame(rig.session, test::liveFrame("0D", "20"));
+    WriteLogFrame(rig.session, std::string(kMaxTimedText + 1, 'A'));
+    WriteLogFrame(rig.session, std::string(kMaxTimedText, 'B'));
+    StopLogging(rig.session);
+
+    LogFile file(rig.session.LogPath, LogFile::Mode::Read);
+    EXPECT_EQ(file.readRecord(150), first);
+    EXPECT_EQ(file.readRecord(151), test::liveFrame("0D", "20"));
+    EXPECT_EQ(file.readRecordTime(150), 0);
+    EXPECT_EQ(file.readRecordTime(151), 1234);
+    EXPECT_EQ(file.readRecordTime(152), std::nullopt);
+    EXPECT_EQ(file.readRecordTime(153), 1234);
+    EXPECT_EQ(file.readRecordTime(98), std::nullopt);
+    EXPECT_EQ(file.readRecord(99), "4");
+
+    QByteArray bytes = readAll(rig.session.LogPath);
+    const QByteArray record150 = bytes.mid(149 * kRecordSize, kRecordSize);
+    EXPECT_EQ(record150.mid(2 + static_cast<int>(first.size()), kRecordSize - kTimeTailSize - 2 - static_cast<int>(first.size())),
+              QByteArray(kRecordSize - kTimeTailSize - 2 - static_cast<int>(first.size()), '\0'))
+        << "nothing is written between the text and the time";
+    // A shorter text over the same record leaves the old tail behind as leftovers.
+    bytes.replace(149 * kRecordSize, 4, QByteArray("\x02\x00" "41", 4));
+    test::writeAll(rig.session.LogPath, bytes);
+    LogFile changed(rig.session.LogPath, LogFile::Mode::Read);
+    EXPECT_EQ(changed.readRecord(150), "41");
+    EXPECT_EQ(changed.readRecordTime(150), std::nullopt);
+}
+
 } // namespace
 } // namespace kvx::log
