@@ -23,12 +23,19 @@ namespace kvx::cli {
 int RunExport(const QStringList& args)
 {
     QCommandLineParser parser;
-    parser.setApplicationDescription("Writes a live-data log as CSV: a row per frame, or per item of a frame for Nissan and Toyota logs.");
+    parser.setApplicationDescription("Writes a live-data log as CSV or JSON: a row per frame, or per item of a frame for "
+                                     "Nissan and Toyota logs, with its receive time and each value's number and unit.");
     parser.addHelpOption();
     parser.addPositionalArgument("FILE.log", "The log to export.");
-    parser.addOption({{"o", "output"}, WithDefault("The CSV file to write.", "the log's name with .csv"), "FILE.csv"});
+    parser.addOption({{"o", "output"}, WithDefault("The file to write.", "the log's name with .csv or .json"), "FILE"});
+    parser.addOption({"format", WithDefault("csv (a heading line, then a line per item) or json (an object per line).", "csv"),
+                      "F", "csv"});
     if (const auto code = ParseCommandLine(parser, args))
         return *code;
+    const QString format = parser.value("format").toLower();
+    if (format != "csv" && format != "json")
+        return Fail(args.value(0) + ": --format takes csv or json, not '" + parser.value("format") + "'");
+    const bool json = format == "json";
     if (parser.positionalArguments().size() != 1)
         return Fail(args.value(0) + ": give one log file");
     const QString logPath = parser.positionalArguments().at(0);
@@ -37,11 +44,13 @@ int RunExport(const QStringList& args)
         csvPath = logPath;
         if (csvPath.endsWith(".log", Qt::CaseInsensitive))
             csvPath.chop(4);
-        csvPath += ".csv";
+        csvPath += json ? ".json" : ".csv";
     }
     kvx::log::ExportResult result;
     try {
-        result = kvx::log::ExportCsvFile(logPath.toStdString(), liveDecoding(), csvPath.toStdString());
+        result = kvx::log::ExportLogFile(logPath.toStdString(), liveDecoding(),
+                                         json ? kvx::log::ExportFormat::Json : kvx::log::ExportFormat::Csv,
+                                         csvPath.toStdString());
     } catch (const kvx::log::LogError& e) {
         std::fprintf(stderr, "kvx export: %s\n", e.what());
         return 1;

@@ -11,7 +11,7 @@ const std::vector<Command>& Commands()
         {"clear", "clear the trouble codes (asks no question first)", RunClear},
         {"decode", "decode reply messages (hex) into display text", RunDecode},
         {"dtc", "read the stored (or, with --pending, pending) trouble codes", RunDtc},
-        {"export", "write a live-data log as CSV (frame, PID or item, description, metric, US)", RunExport},
+        {"export", "write a live-data log as CSV or JSON (time, frame, item, description, values and units)", RunExport},
         {"freeze", "read a freeze frame", RunFreeze},
         {"info", "readiness, OBD standard, oxygen-sensor layout or VIN", RunInfo},
         {"live", "poll live data of any module as the LIVE DATA tab does", RunLive},

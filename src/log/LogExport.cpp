@@ -1,17 +1,15 @@
 #include "log/LogExport.h"
 
-#include "data/ItemRows.h"
-#include "link/decode/NissanDecoder.h"
-#include "link/decode/ToyotaDecoder.h"
-#include "log/EnhancedReplay.h"
 #include "log/LogFile.h"
 #include "log/LogFormat.h"
-#include "log/LogHeader.h"
-#include "session/Session.h"
+#include "log/LogRows.h"
+#include "session/ValueText.h"
 
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QSaveFile>
+#include <QString>
 #include <filesystem>
-#include <functional>
 #include <sstream>
 #include <vector>
 
@@ -32,98 +30,58 @@ std::string CsvField(const std::string& text)
 
 namespace {
 
-// The lines of one frame: an item label, its description and both value texts each.
-struct CsvRow {
-    std::string item, description, metric, us;
-};
-using FrameRows = std::function<std::vector<CsvRow>(const std::string& frame)>;
-
-FrameRows genericRows(const LiveDecoding& decoding)
+std::string secondsText(const std::optional<long>& ms)
 {
-    return [decoding](const std::string& frame) -> std::vector<CsvRow> {
-        const std::string pid = FramePid(frame);
-        if (pid.empty())
-            return {};
-        return {{pid, decoding.describe(pid), decoding.format(frame, 1), decoding.format(frame, 2)}};
-    };
-}
-
-// Nissan engine logs (the only Nissan logs the player knows).
-FrameRows nissanRows()
-{
-    return [](const std::string& frame) {
-        static const link::NissanDecoder decoder;
-        std::vector<CsvRow> rows;
-        const std::string id = NissanFrameIdentifier(frame);
-        if (id.empty())
-            return rows;
-        for (const data::ItemRow& row : data::NissanRows(decoder, id, ModuleNissanEcu))
-            rows.push_back({row.label, row.name, data::NissanRowValue(decoder, row.label, frame, 1, ModuleNissanEcu),
-                            data::NissanRowValue(decoder, row.label, frame, 2, ModuleNissanEcu)});
-        return rows;
-    };
-}
-
-// Toyota logs: each reply gives every sub-value of its parameter.
-FrameRows toyotaRows()
-{
-    return [](const std::string& frame) {
-        static const link::ToyotaDecoder decoder;
-        std::vector<CsvRow> rows;
-        const std::string message = ToyotaFrameMessage(frame);
-        const std::string parameter = ToyotaParameter(message);
-        if (parameter.empty())
-            return rows;
-        for (const data::ItemRow& row : data::ToyotaRows(decoder, parameter))
-            rows.push_back({row.label, row.name, data::ToyotaRowValue(decoder, row.label, message, 1),
-                            data::ToyotaRowValue(decoder, row.label, message, 2)});
-        return rows;
-    };
+    return ms ? QString::number(static_cast<double>(*ms) / 1000.0, 'f', 3).toStdString() : std::string();
 }
 
 } // namespace
 
-ExportResult ExportCsv(const std::string& logPath, const LiveDecoding& decoding, std::ostream& out)
+ExportResult ExportLog(const std::string& logPath, const LiveDecoding& decoding, ExportFormat format, std::ostream& out)
 {
-    LogFile file(logPath, LogFile::Mode::Read);
-    const std::string header = ReadHeaderRecords(file).header;
-    FrameRows rowsOf;
-    if (header == kGenericHeader)
-        rowsOf = genericRows(decoding);
-    else if (header == kNissanEcuHeader)
-        rowsOf = nissanRows();
-    else if (header == kToyotaHeader)
-        rowsOf = toyotaRows();
-    else
-        throw LogError("Only the live-data logs the player shows can be exported; this log is headed \"" + header +
-                       "\".");
-
-    out << "Frame," << (header == kGenericHeader ? "PID" : "Item") << ",Description,Metric,US\r\n";
-    ExportResult result;
-    try {
-        while (auto frame = file.readRecord(kFirstFrameRecord + result.frames)) {
-            ++result.frames;
-            std::vector<CsvRow> rows = rowsOf(*frame);
-            // A frame that names nothing (an empty reply, a refusal) still has its line.
-            if (rows.empty())
-                rows.push_back({});
-            for (const CsvRow& row : rows)
-                out << result.frames << ',' << CsvField(row.item) << ',' << CsvField(row.description) << ','
-                    << CsvField(row.metric) << ',' << CsvField(row.us) << "\r\n";
+    // The heading names the log's kind of item, known once the header is read.
+    std::ostringstream body;
+    const LogReadResult read = ReadLogFrames(logPath, decoding, [&](const LogFrame& frame) {
+        std::vector<LogRow> rows = frame.rows;
+        // A frame that names nothing (an empty reply, a refusal) still has its line.
+        if (rows.empty())
+            rows.push_back({});
+        for (const LogRow& row : rows) {
+            const ValueParts metric = SplitValue(row.metric), us = SplitValue(row.us);
+            if (format == ExportFormat::Csv) {
+                body << secondsText(frame.receivedMs) << ',' << frame.number << ',' << CsvField(row.item) << ','
+                     << CsvField(row.description) << ',' << CsvField(metric.value) << ',' << CsvField(metric.unit)
+                     << ',' << CsvField(us.value) << ',' << CsvField(us.unit) << "\r\n";
+                continue;
+            }
+            const QJsonValue time = frame.receivedMs ? QJsonValue(static_cast<double>(*frame.receivedMs) / 1000.0)
+                                                     : QJsonValue(QJsonValue::Null);
+            const QJsonObject line{{"time", time},
+                                   {"frame", static_cast<qint64>(frame.number)},
+                                   {"id", QString::fromStdString(row.item)},
+                                   {"description", QString::fromStdString(row.description)},
+                                   {"metric", QString::fromStdString(metric.value)},
+                                   {"metric_unit", QString::fromStdString(metric.unit)},
+                                   {"us", QString::fromStdString(us.value)},
+                                   {"us_unit", QString::fromStdString(us.unit)}};
+            body << QJsonDocument(line).toJson(QJsonDocument::Compact).toStdString() << '\n';
         }
-    } catch (const LogError& e) {
-        result.damage = e.what();
-    }
-    return result;
+    });
+    if (format == ExportFormat::Csv)
+        out << "Time (s),Frame," << (read.header == kGenericHeader ? "PID" : "Item")
+            << ",Description,Metric,Metric unit,US,US unit\r\n";
+    out << std::move(body).str();
+    return {read.frames, read.damage};
 }
 
-ExportResult ExportCsvFile(const std::string& logPath, const LiveDecoding& decoding, const std::string& csvPath)
+ExportResult ExportLogFile(const std::string& logPath, const LiveDecoding& decoding, ExportFormat format,
+                           const std::string& csvPath)
 {
     std::error_code ignored;
     if (std::filesystem::equivalent(logPath, csvPath, ignored))
         throw LogError("The CSV file " + csvPath + " is the log itself; choose another name for it.");
     std::ostringstream text;
-    const ExportResult result = ExportCsv(logPath, decoding, text);
+    const ExportResult result = ExportLog(logPath, decoding, format, text);
     const std::string csv = std::move(text).str();
     const auto size = static_cast<qint64>(csv.size());
     QSaveFile out(QString::fromStdString(csvPath));

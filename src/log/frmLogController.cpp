@@ -189,7 +189,7 @@ void frmLogController::exportCsv()
     if (target.isEmpty())
         return;
     try {
-        const ExportResult result = ExportCsvFile(controller_.path(), decoding_, target.toStdString());
+        const ExportResult result = ExportLogFile(controller_.path(), decoding_, ExportFormat::Csv, target.toStdString());
         if (!result.damage.empty())
             QMessageBox::warning(this, "Export CSV",
                                  QString("%1 frames exported; the rest could not be read: %2")

@@ -3,6 +3,10 @@
 #include "link/decode/NissanDecoder.h"
 #include "log/LogExport.h"
 #include "log/LogFormat.h"
+#include "log/Recorder.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
 
 #include <QProcess>
 #include <gtest/gtest.h>
@@ -26,13 +30,15 @@ TEST(Export, EachFrameIsOneRowWithQuotedFieldsWhereNeeded)
     const std::string path = rig.file("Log/a.log");
     test::writeLog(path, kGenericHeader, "3", {liveFrame("0D", "01"), "", liveFrame("0C", "1AF8")});
     std::ostringstream csv;
-    const ExportResult result = ExportCsv(path, awkwardDecoding(), csv);
+    const ExportResult result = ExportLog(path, awkwardDecoding(), ExportFormat::Csv, csv);
     EXPECT_EQ(result.frames, 3);
     EXPECT_EQ(result.damage, "");
-    EXPECT_EQ(csv.str(), "Frame,PID,Description,Metric,US\r\n"
-                         "1,0D,\"Speed, 0D\",\"1,5 \"\"km/h\"\"\",0.9 mph\r\n"
-                         "2,,,,\r\n"
-                         "3,0C,\"Speed, 0C\",\"1,5 \"\"km/h\"\"\",0.9 mph\r\n");
+    // A log without receive times leaves the time blank; a text that is not a number and a unit
+    // stays whole in the value column.
+    EXPECT_EQ(csv.str(), "Time (s),Frame,PID,Description,Metric,Metric unit,US,US unit\r\n"
+                         ",1,0D,\"Speed, 0D\",\"1,5 \"\"km/h\"\"\",,0.9,mph\r\n"
+                         ",2,,,,,,\r\n"
+                         ",3,0C,\"Speed, 0C\",\"1,5 \"\"km/h\"\"\",,0.9,mph\r\n");
 }
 
 TEST(Export, NissanAndToyotaFramesGiveALinePerItemTheyCarry)
@@ -44,23 +50,21 @@ TEST(Export, NissanAndToyotaFramesGiveALinePerItemTheyCarry)
     const std::string nissanLog = rig.file("Log/n.log");
     test::writeLog(nissanLog, kNissanEcuHeader, "3", {speed, "037F2231", switches});
     std::ostringstream csv;
-    EXPECT_EQ(ExportCsv(nissanLog, awkwardDecoding(), csv).frames, 3);
+    EXPECT_EQ(ExportLog(nissanLog, awkwardDecoding(), ExportFormat::Csv, csv).frames, 3);
     const std::string text = csv.str();
-    EXPECT_EQ(text.rfind("Frame,Item,Description,Metric,US\r\n", 0), 0u);
-    EXPECT_NE(text.find("1,1101," + CsvField(nissan.SensorName("1101", 1)) + "," +
-                        CsvField(nissan.SensorValue(speed, 1, 0, 1)) + "," + CsvField(nissan.SensorValue(speed, 2, 0, 1))),
-              std::string::npos);
-    EXPECT_NE(text.find("\r\n2,,,,\r\n"), std::string::npos);
+    EXPECT_EQ(text.rfind("Time (s),Frame,Item,Description,Metric,Metric unit,US,US unit\r\n", 0), 0u);
+    EXPECT_NE(text.find(",1,1101," + CsvField(nissan.SensorName("1101", 1)) + ","), std::string::npos);
+    EXPECT_NE(text.find("\r\n,2,,,,,,\r\n"), std::string::npos);
     // Register 1302 gives a line per named switch, bit 7 (set here) among them.
-    EXPECT_NE(text.find("3,1302 7," + nissan.SensorName("1302 7", 1) + ",ON,\r\n"), std::string::npos);
-    EXPECT_NE(text.find("3,1302 1," + nissan.SensorName("1302 1", 1) + ",OFF,\r\n"), std::string::npos);
+    EXPECT_NE(text.find(",3,1302 7," + nissan.SensorName("1302 7", 1) + ",ON,,,\r\n"), std::string::npos);
+    EXPECT_NE(text.find(",3,1302 1," + nissan.SensorName("1302 1", 1) + ",OFF,,,\r\n"), std::string::npos);
 
     const std::string toyotaLog = rig.file("Log/t.log");
     test::writeLog(toyotaLog, kToyotaHeader, "3", {"486B1041C1" "5A" "40" "B0" "00 C101 0"});
     std::ostringstream toyota;
-    EXPECT_EQ(ExportCsv(toyotaLog, awkwardDecoding(), toyota).frames, 1);
+    EXPECT_EQ(ExportLog(toyotaLog, awkwardDecoding(), ExportFormat::Csv, toyota).frames, 1);
     // One reply of C1 gives every sub-value of C1.
-    for (const char* label : {"\r\n1,C101 0,", "\r\n1,C102 0,", "\r\n1,C103 0,"})
+    for (const char* label : {"\r\n,1,C101 0,", "\r\n,1,C102 0,", "\r\n,1,C103 0,"})
         EXPECT_NE(toyota.str().find(label), std::string::npos) << label;
 }
 
@@ -70,14 +74,14 @@ TEST(Export, OtherLogsAreRefusedAndADamagedOneKeepsItsGoodRows)
     const std::string gearbox = rig.file("Log/n.log");
     test::writeLog(gearbox, kNissanTcuHeader, "3", {"0562110004"});
     std::ostringstream ignored;
-    EXPECT_THROW(ExportCsv(gearbox, awkwardDecoding(), ignored), LogError);
+    EXPECT_THROW(ExportLog(gearbox, awkwardDecoding(), ExportFormat::Csv, ignored), LogError);
 
     const std::string cut = rig.file("Log/cut.log");
     test::writeLog(cut, kGenericHeader, "3", {liveFrame("0D", "01"), liveFrame("0D", "02")});
     QByteArray bytes = test::readAll(cut);
     test::writeAll(cut, bytes.left(bytes.size() - 3));
     std::ostringstream csv;
-    const ExportResult result = ExportCsv(cut, awkwardDecoding(), csv);
+    const ExportResult result = ExportLog(cut, awkwardDecoding(), ExportFormat::Csv, csv);
     EXPECT_EQ(result.frames, 1);
     EXPECT_NE(result.damage.find("truncated"), std::string::npos);
 }
@@ -120,8 +124,44 @@ TEST(Export, TheLogIsNeverItsOwnOutputAndARefusalWritesNothing)
     EXPECT_EQ(test::readAll(rig.file("kept.csv")), "kept");
 
     EXPECT_EQ(kvxExport({QString::fromStdString(log), "-o", QString::fromStdString(rig.file("kept.csv"))}).code, 0);
-    EXPECT_TRUE(test::readAll(rig.file("kept.csv")).startsWith("Frame,PID,"));
+    EXPECT_TRUE(test::readAll(rig.file("kept.csv")).startsWith("Time (s),Frame,PID,"));
     EXPECT_EQ(QDir(rig.dir.path()).entryList(QDir::Files).size(), 2) << "no temporary file is left behind";
+}
+
+// A recording with receive times exported by kvx as a spreadsheet and a script read it: time in
+// seconds first, then each value's number and unit in columns of their own.
+TEST(Export, TimedRecordingGivesTimeAndSplitValuesAsCsvAndJson)
+{
+    test::LogRig rig;
+    ASSERT_TRUE(StartLogging(rig.session, rig.folder(), QDateTime(QDate(2009, 1, 17), QTime(19, 52, 7))));
+    rig.linkClock.sleepFor(link::ms(250));
+    WriteLogFrame(rig.session, liveFrame("0C", "1AF8"));
+    rig.linkClock.sleepFor(link::ms(1500));
+    WriteLogFrame(rig.session, liveFrame("0D", "32"));
+    StopLogging(rig.session);
+    const QString log = QString::fromStdString(rig.session.LogPath);
+
+    const std::string csvPath = rig.file("a.csv");
+    ASSERT_EQ(kvxExport({log, "-o", QString::fromStdString(csvPath)}).code, 0);
+    const QList<QByteArray> lines = test::readAll(csvPath).split('\n');
+    ASSERT_GE(lines.size(), 3);
+    EXPECT_EQ(lines[0], "Time (s),Frame,PID,Description,Metric,Metric unit,US,US unit\r");
+    EXPECT_TRUE(lines[1].startsWith("0.250,1,0C,")) << lines[1].toStdString();
+    EXPECT_TRUE(lines[1].endsWith(",1726,rpm,1726,rpm\r")) << lines[1].toStdString();
+    EXPECT_TRUE(lines[2].startsWith("1.750,2,0D,")) << lines[2].toStdString();
+    EXPECT_TRUE(lines[2].endsWith(",50,km/h,31,mph\r")) << lines[2].toStdString();
+
+    ASSERT_EQ(kvxExport({log, "--format", "json"}).code, 0);
+    QString jsonPath = log;
+    jsonPath.replace(".log", ".json");
+    const QList<QByteArray> objects = test::readAll(jsonPath.toStdString()).trimmed().split('\n');
+    ASSERT_EQ(objects.size(), 2);
+    const QJsonObject first = QJsonDocument::fromJson(objects[0]).object();
+    EXPECT_DOUBLE_EQ(first["time"].toDouble(), 0.25);
+    EXPECT_EQ(first["id"].toString(), "0C");
+    EXPECT_EQ(first["metric"].toString(), "1726");
+    EXPECT_EQ(first["metric_unit"].toString(), "rpm");
+    EXPECT_EQ(kvxExport({log, "--format", "xml"}).code, 2);
 }
 
 TEST(Export, LogInfoReportsTheFixedRecordsAndTheFramesPresent)

@@ -107,10 +107,10 @@ TEST(LogControllerWindow, ExportsTheOpenLogAsCsv)
     Window w;
     w.find<QToolButton>("imgOpen")->click();
     w.find<QPushButton>("cmdExportCsv")->click();
-    EXPECT_EQ(test::readAll(w.csvPath), QByteArray("Frame,PID,Description,Metric,US\r\n"
-                                                   "1,0C,PID 0C,11AF8,21AF8\r\n"
-                                                   "2,0D,PID 0D,13200,23200\r\n"
-                                                   "3,0C,PID 0C,11B00,21B00\r\n"));
+    EXPECT_EQ(test::readAll(w.csvPath), QByteArray("Time (s),Frame,PID,Description,Metric,Metric unit,US,US unit\r\n"
+                                                   ",1,0C,PID 0C,11AF8,,21AF8,\r\n"
+                                                   ",2,0D,PID 0D,13200,,23200,\r\n"
+                                                   ",3,0C,PID 0C,11B00,,21B00,\r\n"));
 }
 
 TEST(LogControllerWindow, ExportOntoTheLogItselfIsRefusedAndTheLogKept)
