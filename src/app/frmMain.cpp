@@ -1,5 +1,7 @@
 #include "app/frmMain.h"
+#include "app/frmGraph.h"
 #include "app/frmMainWidgets.h"
+#include "log/frmLogController.h"
 
 #include "ui/Bindings.h"
 
@@ -37,7 +39,7 @@ frmMain::frmMain(MainScreen& screen, MainActions actions, QWidget* parent)
     toolbar_->setObjectName(QStringLiteral("Toolbar1"));
     toolbar_->setToolButtonStyle(Qt::ToolButtonTextOnly);
     toolbar_->setGeometry(0, 0, kMainWidth, 40);
-    for (const char* key : {"Connect", "Disconnect", "Log Controller", "Setting", "About", "Exit"}) {
+    for (const char* key : {"Connect", "Disconnect", "Log Controller", "Setting", "About", "Exit", "Graph"}) {
         QAction* action = toolbar_->addAction(QString::fromLatin1(key));
         action->setObjectName(QString::fromLatin1(key));
         action->setData(QString::fromLatin1(key));
@@ -47,6 +49,7 @@ frmMain::frmMain(MainScreen& screen, MainActions actions, QWidget* parent)
         connect(&state, &ControlState::changed, action, show);
     }
     screen_.control("Log Controller").setEnabled(false);
+    screen_.control("Graph").setEnabled(false);
     connect(toolbar_, &QToolBar::actionTriggered, this,
             [this](QAction* action) { toolbarClick(action->data().toString()); });
 
@@ -167,6 +170,8 @@ void frmMain::toolbarClick(const QString& key)
         emit aboutRequested();
     } else if (key == QLatin1String("Exit")) {
         close();
+    } else if (key == QLatin1String("Graph")) {
+        showGraph();
     }
 }
 
@@ -174,6 +179,35 @@ void frmMain::setLogControllerFactory(std::function<QWidget*(QWidget* parent)> f
 {
     makeLogController_ = std::move(factory);
     screen_.control("Log Controller").setEnabled(bool(makeLogController_));
+}
+
+void frmMain::setGraphFactory(std::function<QWidget*(QWidget* parent)> factory)
+{
+    makeGraph_ = std::move(factory);
+    screen_.control("Graph").setEnabled(bool(makeGraph_));
+}
+
+// One graph window; it follows the player whichever of the two opened first.
+void frmMain::showGraph()
+{
+    if (!makeGraph_)
+        return;
+    if (!graph_) {
+        graph_ = makeGraph_(this);
+        graph_->setAttribute(Qt::WA_DeleteOnClose);
+        followPlayer();
+    }
+    graph_->show();
+    graph_->raise();
+    graph_->activateWindow();
+}
+
+void frmMain::followPlayer()
+{
+    auto* graph = qobject_cast<frmGraph*>(graph_);
+    auto* player = qobject_cast<log::frmLogController*>(logController_);
+    if (graph && player)
+        graph->followPlayer(player->controller());
 }
 
 void frmMain::showLogController()
@@ -186,6 +220,7 @@ void frmMain::showLogController()
         logController_->setAttribute(Qt::WA_DeleteOnClose);
         logController_->installEventFilter(this);
         placeLogController();
+        followPlayer();
     }
     logController_->show();
     logController_->raise();

@@ -35,6 +35,9 @@ public:
     // Makes the log player window; the "Log Controller" button stays off until one is given.
     void setLogControllerFactory(std::function<QWidget*(QWidget* parent)> factory);
     QWidget* logController() const { return logController_; }
+    // Makes the graph window; the "Graph" button stays off until one is given.
+    void setGraphFactory(std::function<QWidget*(QWidget* parent)> factory);
+    QWidget* graph() const { return graph_; }
 
 signals:
     void connectRequested();
@@ -60,6 +63,8 @@ private:
     void showSelectedPanel();
     void trackPort();
     void showLogController();
+    void showGraph();
+    void followPlayer();
 
     MainScreen& screen_;
     MainActions actions_;
@@ -76,6 +81,8 @@ private:
     std::function<QWidget*(QWidget*)> makeLogController_;
     QPointer<QWidget> logController_;
     std::optional<QPoint> playerPos_;
+    std::function<QWidget*(QWidget*)> makeGraph_;
+    QPointer<QWidget> graph_;
 };
 
 } // namespace kvx::app

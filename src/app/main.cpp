@@ -3,6 +3,7 @@
 #include "app/StartUp.h"
 #include "app/VehicleChoice.h"
 #include "app/frmAbout.h"
+#include "app/frmGraph.h"
 #include "app/frmMain.h"
 #include "enhanced/frmSelection.h"
 #include "link/Clock.h"
@@ -67,6 +68,7 @@ int main(int argc, char** argv)
     app::frmMain window(screen, actions);
     shell.setParent(&window);
     window.setLogControllerFactory([&session](QWidget* parent) { return new log::frmLogController(session, parent); });
+    window.setGraphFactory([&session](QWidget* parent) { return new app::frmGraph(session, parent); });
     settings::SettingsEditor editor(session);
 
     QObject::connect(&window, &app::frmMain::connectRequested, &window, [&] {

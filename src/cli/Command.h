@@ -26,6 +26,7 @@ int RunDecode(const QStringList& args);
 int RunDtc(const QStringList& args);
 int RunExport(const QStringList& args);
 int RunFreeze(const QStringList& args);
+int RunGraph(const QStringList& args);
 int RunInfo(const QStringList& args);
 int RunLive(const QStringList& args);
 int RunLogInfo(const QStringList& args);

@@ -1,22 +1,10 @@
 #include "cli/Command.h"
 #include "cli/CommandLine.h"
-#include "link/decode/PidValue.h"
 #include "log/LogExport.h"
 #include "log/LogFile.h"
 
 #include <QCommandLineParser>
 #include <cstdio>
-
-namespace {
-
-// The exporter decodes as the live-data screen does, without a link to a vehicle.
-kvx::log::LiveDecoding liveDecoding()
-{
-    return {[](const std::string& message, int selector) { return kvx::link::decode::formatLiveValue(message, selector); },
-            [](const std::string& pid) { return kvx::link::decode::describePid(pid, ""); }};
-}
-
-} // namespace
 
 namespace kvx::cli {
 
@@ -48,7 +36,7 @@ int RunExport(const QStringList& args)
     }
     kvx::log::ExportResult result;
     try {
-        result = kvx::log::ExportLogFile(logPath.toStdString(), liveDecoding(),
+        result = kvx::log::ExportLogFile(logPath.toStdString(), kvx::log::StandardLiveDecoding(),
                                          json ? kvx::log::ExportFormat::Json : kvx::log::ExportFormat::Csv,
                                          csvPath.toStdString());
     } catch (const kvx::log::LogError& e) {

@@ -13,6 +13,7 @@ const std::vector<Command>& Commands()
         {"dtc", "read the stored (or, with --pending, pending) trouble codes", RunDtc},
         {"export", "write a live-data log as CSV or JSON (time, frame, item, description, values and units)", RunExport},
         {"freeze", "read a freeze frame", RunFreeze},
+        {"graph", "draw a live-data log as a chart into a PNG picture (no display needed)", RunGraph},
         {"info", "readiness, OBD standard, oxygen-sensor layout or VIN", RunInfo},
         {"live", "poll live data of any module as the LIVE DATA tab does", RunLive},
         {"log-info", "print a log's header, date, grid-row count and frame count", RunLogInfo},

@@ -88,8 +88,8 @@ void LivePrinter::printPass(long pass, bool cutShort)
             break;
         }
         case OutputFormat::Csv:
-            std::printf("%s,%ld,%s,%s,%s,%s\n", qPrintable(time), pass, log::CsvField(id).c_str(),
-                        log::CsvField(description).c_str(), log::CsvField(metric).c_str(), log::CsvField(us).c_str());
+            std::printf("%s,%ld,%s,%s,%s,%s\n", qPrintable(time), pass, CsvField(id).c_str(),
+                        CsvField(description).c_str(), CsvField(metric).c_str(), CsvField(us).c_str());
             break;
         case OutputFormat::Json:
             PrintJsonLine({{"time", time},

@@ -1,7 +1,9 @@
 #include "cli/Command.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <cstdio>
+#include <cstring>
+#include <memory>
 #include <exception>
 
 namespace {
@@ -53,7 +55,13 @@ int run(const Command& command, QStringList args)
 
 int main(int argc, char** argv)
 {
-    QCoreApplication app(argc, argv);
+    // Drawing a chart takes the widget classes; kvx draws on the offscreen platform, so it never
+    // needs a display.
+    const bool draws = argc > 1 && std::strcmp(argv[1], "graph") == 0;
+    if (draws)
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    const std::unique_ptr<QCoreApplication> app =
+        draws ? std::make_unique<QApplication>(argc, argv) : std::make_unique<QCoreApplication>(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("kvx"));
     QCoreApplication::setApplicationVersion(QStringLiteral(KVX_VERSION));
     QStringList args = QCoreApplication::arguments();

@@ -127,7 +127,9 @@ void LogController::play()
         return;
     }
     session_.Replaying = true;
+    emit playStarted();
     session_.LogLastRecord = PlayLog(position_ + kFirstFrameRecord - 1, handler->second);
+    emit playEnded();
 }
 
 void LogController::stop()
@@ -172,6 +174,9 @@ long LogController::PlayLog(long record, const FrameHandler& handler)
             session_.Replaying = false;
             break;
         }
+        const std::optional<long> ms = file->readRecordTime(record);
+        emit frameShown(ms ? static_cast<double>(*ms) / 1000.0 : static_cast<double>(record - (kFirstFrameRecord - 1)),
+                        ms.has_value());
         handler.show(*frame);
         ++record;
         setPosition(static_cast<int>(std::min<long>(record - kFirstFrameRecord, maximum_)));

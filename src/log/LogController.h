@@ -61,6 +61,11 @@ public:
 
 signals:
     void changed();
+    // A frame is about to be shown: its receive time in seconds, or its position when the log
+    // has no times (timed false).
+    void frameShown(double time, bool timed);
+    void playStarted();
+    void playEnded();
 
 private:
     bool failOpen(const std::string& title, const std::string& text, bool information);

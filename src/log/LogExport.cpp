@@ -15,19 +15,6 @@
 
 namespace kvx::log {
 
-std::string CsvField(const std::string& text)
-{
-    if (text.find_first_of(",\"\r\n") == std::string::npos)
-        return text;
-    std::string quoted = "\"";
-    for (char c : text) {
-        if (c == '"')
-            quoted += '"';
-        quoted += c;
-    }
-    return quoted + '"';
-}
-
 namespace {
 
 std::string secondsText(const std::optional<long>& ms)

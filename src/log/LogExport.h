@@ -1,14 +1,12 @@
 #pragma once
 
 #include "log/ReplayFrames.h"
+#include "session/ValueText.h"
 
 #include <ostream>
 #include <string>
 
 namespace kvx::log {
-
-// One CSV field: quoted when it holds a comma, a quote or a line break, quotes doubled.
-std::string CsvField(const std::string& text);
 
 struct ExportResult {
     long frames = 0;     // frames read (a Nissan register or a Toyota parameter gives a line per item)

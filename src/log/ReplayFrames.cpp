@@ -2,11 +2,18 @@
 
 #include "data/GridLayouts.h"
 #include "link/ReplyText.h"
+#include "link/decode/PidValue.h"
 #include "session/GridModel.h"
 
 #include <set>
 
 namespace kvx::log {
+
+LiveDecoding StandardLiveDecoding()
+{
+    return {[](const std::string& message, int selector) { return link::decode::formatLiveValue(message, selector); },
+            [](const std::string& pid) { return link::decode::describePid(pid, ""); }};
+}
 
 int AddReplayRow(GridModel& grid, const std::string& id, const std::string& description)
 {

@@ -27,6 +27,9 @@ struct LiveDecoding {
     std::function<std::string(const std::string& pid)> describe;
 };
 
+// The live-data decoding of the link's decoders, for logs read without a link (kvx).
+LiveDecoding StandardLiveDecoding();
+
 // Appends a ticked row for a recorded item to the replay grid; returns its index.
 int AddReplayRow(GridModel& grid, const std::string& id, const std::string& description);
 

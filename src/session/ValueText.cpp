@@ -30,4 +30,17 @@ std::optional<PlotValue> PlotValueOf(const std::string& text)
     return PlotValue{match.captured(1).toDouble(), false};
 }
 
+std::string CsvField(const std::string& text)
+{
+    if (text.find_first_of(",\"\r\n") == std::string::npos)
+        return text;
+    std::string quoted = "\"";
+    for (char c : text) {
+        if (c == '"')
+            quoted += '"';
+        quoted += c;
+    }
+    return quoted + '"';
+}
+
 } // namespace kvx

@@ -13,6 +13,9 @@ struct ValueParts {
 };
 ValueParts SplitValue(const std::string& text);
 
+// One CSV field: quoted when it holds a comma, a quote or a line break, quotes doubled.
+std::string CsvField(const std::string& text);
+
 // What a value cell gives a graph: a number, or 1 and 0 for a switch's "ON" and "OFF".
 struct PlotValue {
     double value = 0;

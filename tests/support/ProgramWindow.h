@@ -3,6 +3,7 @@
 #include "app/SessionActions.h"
 #include "app/StartUp.h"
 #include "app/VehicleChoice.h"
+#include "app/frmGraph.h"
 #include "app/frmMain.h"
 #include "enhanced/frmSelection.h"
 #include "link/Clock.h"
@@ -66,6 +67,7 @@ struct ProgramWindow {
         window = std::make_unique<app::frmMain>(screen, actions);
         window->setLogControllerFactory(
             [this](QWidget* parent) { return new log::frmLogController(session, parent); });
+        window->setGraphFactory([this](QWidget* parent) { return new app::frmGraph(session, parent); });
         app::StartSession(session, true, programFolder());
         window->show();
     }

@@ -1,0 +1,77 @@
+#include "cli/Command.h"
+#include "cli/CommandLine.h"
+#include "log/LogFile.h"
+#include "log/LogGraph.h"
+#include "session/GraphModel.h"
+#include "ui/GraphChart.h"
+
+#include <QApplication>
+#include <QCommandLineParser>
+#include <cstdio>
+
+namespace kvx::cli {
+
+int RunGraph(const QStringList& args)
+{
+    QCommandLineParser parser;
+    parser.setApplicationDescription("Draws a live-data log as a chart into a PNG picture, without a display: the "
+                                     "first four numeric items, or those given, over the log's receive time.");
+    parser.addHelpOption();
+    parser.addPositionalArgument("FILE.log", "The log to draw.");
+    parser.addOption({{"o", "output"}, "The PNG picture to write.", "FILE.png"});
+    parser.addOption({"pids", "The items to draw, at most 8, separated by commas (0C,0D; 1101; C101 0).", "LIST"});
+    parser.addOption({"us", "US units rather than metric."});
+    parser.addOption({"size", WithDefault("The picture's width and height in pixels.", "1200x700"), "WxH", "1200x700"});
+    if (const auto code = ParseCommandLine(parser, args))
+        return *code;
+    if (parser.positionalArguments().size() != 1)
+        return Fail(args.value(0) + ": give one log file");
+    if (parser.value("output").isEmpty())
+        return Fail(args.value(0) + ": give the picture's file with -o FILE.png");
+    const QStringList size = parser.value("size").split('x');
+    const int width = size.value(0).toInt(), height = size.value(1).toInt();
+    if (size.size() != 2 || width < 200 || height < 150 || width > 10000 || height > 10000)
+        return Fail(args.value(0) + ": --size takes WIDTHxHEIGHT, from 200x150 to 10000x10000");
+
+    GraphModel model;
+    model.setUs(parser.isSet("us"));
+    std::vector<std::string> wanted;
+    for (const QString& id : parser.value("pids").split(',', Qt::SkipEmptyParts))
+        wanted.push_back(id.trimmed().toUpper().toStdString());
+    if (wanted.size() > GraphModel::kMaxSeries)
+        return Fail(args.value(0) + ": --pids takes at most 8 items");
+    if (!wanted.empty())
+        model.setPlotted(wanted);
+    bool timed = false;
+    try {
+        timed = log::LoadLogIntoGraph(parser.positionalArguments().at(0).toStdString(), log::StandardLiveDecoding(), model);
+    } catch (const log::LogError& e) {
+        std::fprintf(stderr, "kvx graph: %s\n", e.what());
+        return 1;
+    }
+    for (const std::string& id : wanted)
+        if (!model.series(id))
+            std::fprintf(stderr, "kvx graph: the log holds no numeric value of %s\n", id.c_str());
+    if (model.plotted().empty()) {
+        std::fprintf(stderr, "kvx graph: nothing to draw: the log holds no numeric value of the items asked for\n");
+        return 1;
+    }
+
+    ui::GraphChart chart(model);
+    chart.setTimeTitle(timed ? QStringLiteral("Time (s)") : QStringLiteral("Frame"));
+    chart.resize(width, height);
+    // Laid out as if shown, so the chart knows its size, on a platform that needs no display.
+    chart.setAttribute(Qt::WA_DontShowOnScreen);
+    chart.show();
+    QApplication::processEvents();
+    chart.showAll();
+    const QString output = parser.value("output");
+    if (!chart.grab().save(output, "PNG")) {
+        std::fprintf(stderr, "kvx graph: cannot write %s\n", qPrintable(output));
+        return 1;
+    }
+    std::printf("%zu items drawn to %s\n", model.plotted().size(), qPrintable(output));
+    return 0;
+}
+
+} // namespace kvx::cli

@@ -1,0 +1,33 @@
+#include "data/GraphFeed.h"
+
+#include "data/GridLayouts.h"
+#include "session/GraphModel.h"
+#include "session/GridModel.h"
+
+namespace kvx::data {
+
+GraphFeed::GraphFeed(GridModel& grid, GraphModel& graph, std::function<double()> now, QObject* parent)
+    : QObject(parent), grid_(grid), graph_(graph), now_(std::move(now))
+{
+    connect(&grid_, &GridModel::cellChanged, this, &GraphFeed::take);
+    connect(&grid_, &GridModel::shapeChanged, this, [this] {
+        if (!held_)
+            graph_.clear();
+    });
+}
+
+void GraphFeed::take(int row, int col)
+{
+    if (held_ || row < 1 || row >= grid_.rows() || grid_.cols() <= AltValueColumn ||
+        (col != ValueColumn && col != AltValueColumn))
+        return;
+    const std::string& metric = grid_.text(row, ValueColumn);
+    const std::string& us = grid_.text(row, AltValueColumn);
+    // Stopping blanks the cells; a blank is no value.
+    if (metric.empty() && us.empty())
+        return;
+    graph_.offer(grid_.text(row, PidColumn), grid_.text(row, DescriptionColumn),
+                 grid_.text(row, MarkerColumn) != kEmptyMarker, metric, us, now_());
+}
+
+} // namespace kvx::data

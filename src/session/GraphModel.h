@@ -1,0 +1,108 @@
+#pragma once
+
+#include <QObject>
+#include <QPointF>
+#include <deque>
+#include <string>
+#include <vector>
+
+namespace kvx {
+
+// One sample of an item: seconds on the graph's time axis and the value in both unit systems.
+struct GraphPoint {
+    double t = 0;
+    float metric = 0;
+    float us = 0;
+};
+
+// The samples of one plotted item, oldest first, never more than its capacity: the oldest go first.
+class GraphSeries {
+public:
+    GraphSeries(std::string id, std::string label, std::size_t capacity);
+
+    const std::string& id() const { return id_; }
+    const std::string& label() const { return label_; }
+    const std::string& unit(bool us) const { return us ? usUnit_ : metricUnit_; }
+    bool isSwitch() const { return isSwitch_; }
+    std::size_t size() const { return points_.size(); }
+    const GraphPoint& at(std::size_t i) const { return points_[i]; }
+    const GraphPoint& last() const { return points_.back(); }
+    bool empty() const { return points_.empty(); }
+
+    // A sample earlier than the last one means the source went back (a rewound replay): the
+    // samples from that time on are replaced rather than drawn backwards.
+    void append(GraphPoint point);
+    void setUnits(std::string metric, std::string us, bool isSwitch);
+
+    // The samples between from and to, cut to at most two per bucket (the lowest and highest of
+    // each, in time order) so a line of any length draws in the same time; switches as steps.
+    std::vector<QPointF> drawPoints(double from, double to, int buckets, bool us) const;
+
+private:
+    std::string id_, label_, metricUnit_, usUnit_;
+    bool isSwitch_ = false;
+    std::size_t capacity_;
+    std::deque<GraphPoint> points_;
+};
+
+// What the graph window plots: the items of the live grid or a replay it has seen, which of them
+// are plotted (at most eight; by default the first four ticked numeric ones), and their samples.
+class GraphModel : public QObject {
+    Q_OBJECT
+public:
+    static constexpr std::size_t kMaxSeries = 8;
+    static constexpr std::size_t kDefaultSeries = 4;
+    // Samples kept per item: K-line polling gives an item at most some 20 replies a second, so
+    // this holds well over the last 30 minutes at any rate a unit answers, in about 2 MB per item.
+    static constexpr std::size_t kPointsPerSeries = 120000;
+
+    struct Item {
+        std::string id, label;
+        bool numeric = false;
+    };
+
+    explicit GraphModel(std::size_t pointsPerSeries = kPointsPerSeries, QObject* parent = nullptr);
+
+    // A value arrived for an item (its two value texts); t in seconds. Items are listed in the
+    // order first seen; only plotted items keep samples.
+    void offer(const std::string& id, const std::string& label, bool ticked, const std::string& metric,
+               const std::string& us, double t);
+    // Forgets items and samples (a new connection, another log); the user's pick is kept for
+    // items that come back.
+    void clear();
+
+    const std::vector<Item>& items() const { return items_; }
+    // The plotted items in the order picked; setPlotted takes at most eight and keeps samples
+    // of those already plotted.
+    std::vector<std::string> plotted() const;
+    void setPlotted(const std::vector<std::string>& ids);
+    const GraphSeries* series(const std::string& id) const;
+
+    bool us() const { return us_; }
+    void setUs(bool us);
+    // Earliest and latest sample time over the plotted items; 0 and 0 when there are none.
+    double firstTime() const;
+    double lastTime() const;
+    std::size_t pointCount() const;
+
+    // The plotted samples as CSV: "Time (s)" and a column per item ("Engine speed (rpm)"), a line
+    // per sample time, blank where an item has no sample at that time.
+    std::string csv() const;
+
+signals:
+    // Samples were added or dropped.
+    void pointsChanged();
+    // The items, the plotted ones or the unit system changed.
+    void layoutChanged();
+
+private:
+    GraphSeries* findSeries(const std::string& id);
+
+    std::size_t pointsPerSeries_;
+    std::vector<Item> items_;
+    std::vector<GraphSeries> series_;
+    std::vector<std::string> picked_; // the user's pick, empty until the user picks
+    bool us_ = false;
+};
+
+} // namespace kvx
