@@ -1,6 +1,7 @@
 #include "app/ScreenshotTour.h"
 
 #include "app/frmAbout.h"
+#include "app/frmGraph.h"
 #include "app/frmMain.h"
 #include "data/GridLayouts.h"
 #include "data/VehicleLists.h"
@@ -32,6 +33,8 @@ void save(QWidget& w, const QString& folder, const char* name)
 // A pass of every row takes seconds on the virtual vehicle; one that has not finished in this
 // time never will.
 constexpr int kLongestWaitMs = 120000;
+// Long enough for a graph of a few rows to show their course.
+constexpr int kGraphRunMs = 25000;
 
 // Runs a polling service until it has written a value into every place the picture should show
 // one (the ticked rows of a grid, the chosen slots of the combo) since it started. The picture is
@@ -235,6 +238,27 @@ void TakeScreenshots(frmMain& window, Session& session, settings::SettingsEditor
     complete &= comboPass.run("frmMain-LiveDataCombo", actions.RequestLiveCombo, actions.StopLiveCombo,
                               [&] { shot("frmMain-LiveDataCombo"); });
 
+    // The graph of a few rows polled for a while, recorded for the replay's graph below.
+    screen.TabStrip1.select(0);
+    actions.TickAllRows(false);
+    for (int row = 1; row < screen.GridMode1.rows(); ++row)
+        for (const char* pid : {"04", "05", "0C", "0D", "11"})
+            if (screen.GridMode1.text(row, data::PidColumn) == pid)
+                actions.GridMode1Click(row, data::MarkerColumn);
+    window.toolbarClick(QStringLiteral("Graph"));
+    auto* graph = qobject_cast<frmGraph*>(window.graph());
+    std::string graphRecording;
+    if (graph) {
+        actions.LogToggled(true);
+        QObject stopper;
+        QTimer::singleShot(kGraphRunMs, &stopper, [&actions] { actions.Stop(); });
+        actions.RequestMode1();
+        actions.LogToggled(false);
+        graphRecording = session.LogPath;
+        graph->refresh();
+        save(*graph, folder, "frmGraph-Live");
+    }
+
     actions.Disconnect();
 
     // The manufacturer modules on the same car; the Nissan engine's live data is recorded.
@@ -275,6 +299,15 @@ void TakeScreenshots(frmMain& window, Session& session, settings::SettingsEditor
         player->setFileChooser([recording] { return QString::fromStdString(recording); });
         player->imgOpen_Click();
         save(*player, folder, "frmLogController");
+        if (graph && !graphRecording.empty()) {
+            // At no delay the graph shows the whole recording at once.
+            player->setFileChooser([graphRecording] { return QString::fromStdString(graphRecording); });
+            player->imgOpen_Click();
+            player->controller().setSpeed(0);
+            player->controller().play();
+            save(*graph, folder, "frmGraph-Replay");
+            graph->close();
+        }
         if (!nissanRecording.empty()) {
             player->setFileChooser([nissanRecording] { return QString::fromStdString(nissanRecording); });
             player->imgOpen_Click();

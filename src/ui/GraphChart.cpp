@@ -24,21 +24,17 @@ constexpr double kMinSpan = 1;
 } // namespace
 
 GraphChart::GraphChart(const GraphModel& model, QWidget* parent)
-    : QChartView(new QChart, parent), model_(model), timeAxis_(new QValueAxis(this))
+    : QChartView(parent), model_(model)
 {
     setObjectName(QStringLiteral("chtGraph"));
     setRenderHint(QPainter::Antialiasing);
-    chart()->legend()->setAlignment(Qt::AlignTop);
-    chart()->setMargins(QMargins(4, 4, 4, 4));
-    timeAxis_->setTitleText(QStringLiteral("Time (s)"));
-    timeAxis_->setLabelFormat(QStringLiteral("%.0f"));
-    chart()->addAxis(timeAxis_, Qt::AlignBottom);
     connect(&model_, &GraphModel::layoutChanged, this, &GraphChart::rebuild);
     rebuild();
 }
 
 void GraphChart::setTimeTitle(const QString& title)
 {
+    timeTitle_ = title;
     timeAxis_->setTitleText(title);
 }
 
@@ -84,11 +80,16 @@ void GraphChart::zoomBy(double factor)
 
 void GraphChart::rebuild()
 {
-    chart()->removeAllSeries();
-    for (QValueAxis* scale : scales_) {
-        chart()->removeAxis(scale);
-        delete scale;
-    }
+    // A fresh chart each time the items change: axes taken off a chart leave their space behind.
+    QChart* old = chart();
+    setChart(new QChart);
+    delete old;
+    chart()->legend()->setAlignment(Qt::AlignTop);
+    chart()->setMargins(QMargins(4, 4, 4, 4));
+    timeAxis_ = new QValueAxis;
+    timeAxis_->setTitleText(timeTitle_);
+    timeAxis_->setLabelFormat(QStringLiteral("%.0f"));
+    chart()->addAxis(timeAxis_, Qt::AlignBottom);
     lines_.clear();
     scales_.clear();
     const std::vector<std::string> ids = model_.plotted();

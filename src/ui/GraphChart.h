@@ -53,7 +53,8 @@ private:
     void rebuild();
 
     const GraphModel& model_;
-    QValueAxis* timeAxis_;
+    QValueAxis* timeAxis_ = nullptr;
+    QString timeTitle_ = QStringLiteral("Time (s)");
     std::vector<QLineSeries*> lines_;
     std::vector<QValueAxis*> scales_;
     double span_ = kDefaultSpan;
