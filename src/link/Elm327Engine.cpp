@@ -64,32 +64,12 @@ bool isPending(const Bytes& frame)
 
 } // namespace
 
-class Elm327Engine::Busy {
-public:
-    explicit Busy(Elm327Engine& e) : e_(e)
-    {
-        if (e_.busy_)
-            throw LinkError(LinkError::Kind::BadRequest, "The link is busy with another exchange; try again when it ends.");
-        e_.busy_ = true;
-    }
-    ~Busy()
-    {
-        e_.busy_ = false;
-        if (e_.closePending_)
-            e_.closeNow();
-    }
-
-private:
-    Elm327Engine& e_;
-};
-
-Elm327Engine::Elm327Engine(WireFactory& wires, Clock& clock) : wires_(wires), clock_(clock) {}
-
-Elm327Engine::~Elm327Engine()
+Elm327Engine::Elm327Engine(WireFactory& wires, Clock& clock)
+    : port_(wires, InterfaceType::Elm327, [this] { dropSession(); }), clock_(clock)
 {
-    if (wire_ && wire_->isOpen())
-        wire_->close();
 }
+
+Elm327Engine::~Elm327Engine() = default;
 
 void Elm327Engine::setIdleHook(std::function<void()> hook)
 {
@@ -113,28 +93,7 @@ void Elm327Engine::note(const std::string& text) const
 
 WakeUpResult Elm327Engine::wakeUp(const WakeUpRequest& rq)
 {
-    if (rq.protocol < 1 || rq.protocol > kLastProtocol)
-        throw LinkError(LinkError::Kind::BadRequest,
-                        "Protocol " + std::to_string(rq.protocol) + " is not one of 1 to " + std::to_string(kLastProtocol) + ".");
-    if (!rq.startFrame.empty()) {
-        const Bytes& f = rq.startFrame;
-        if (rq.protocol != Kwp2000Fast)
-            throw LinkError(LinkError::Kind::BadRequest, "A start frame needs the KWP2000 fast init (protocol 3).");
-        if (f.size() < 5 || (f[0] & 0xC0) == 0 || checksum(Bytes(f.begin(), f.end() - 1)) != f.back())
-            throw LinkError(LinkError::Kind::BadRequest,
-                            "The start frame " + toHex(f) + " is not an addressed message ending in its checksum.");
-    }
-    Busy busy(*this);
-    // As on the cable: a failed first wake-up frees the port, a failed re-wake keeps it.
-    try {
-        const WakeUpResult r = wakeUpOnAdapter(rq);
-        if (!r.ok && !rq.reconnect)
-            closeNow();
-        return r;
-    } catch (const LinkError&) {
-        closeNow();
-        throw;
-    }
+    return port_.wakeUp(rq.reconnect, [&] { return wakeUpOnAdapter(rq); });
 }
 
 WakeUpResult Elm327Engine::wakeUpOnAdapter(const WakeUpRequest& rq)
@@ -177,16 +136,9 @@ WakeUpResult Elm327Engine::wakeUpOnAdapter(const WakeUpRequest& rq)
 
 void Elm327Engine::openAdapter(int port)
 {
-    if (wire_ && wire_->isOpen() && dialogue_ && port == port_)
+    if (!port_.open(port) && dialogue_)
         return;
-    closeNow();
-    closePending_ = false;
-    wire_ = wires_ ? wires_(port) : nullptr;
-    if (!wire_)
-        throw LinkError(LinkError::Kind::PortOpen, "There is no port " + std::to_string(port) + ".");
-    wire_->open();
-    port_ = port;
-    dialogue_ = std::make_unique<ElmDialogue>(*wire_, clock_, trace_, idle_);
+    dialogue_ = std::make_unique<ElmDialogue>(port_.wire(), clock_, trace_, idle_);
     baudInUse_ = findBaud(port);
     setUp(port);
 }
@@ -194,11 +146,11 @@ void Elm327Engine::openAdapter(int port)
 int Elm327Engine::findBaud(int port)
 {
     if (adapterBaud_ != kElmAutoBaud) {
-        wire_->setBaud(adapterBaud_);
+        port_.wire().setBaud(adapterBaud_);
         return adapterBaud_;
     }
     for (int baud : kElmBauds) {
-        wire_->setBaud(baud);
+        port_.wire().setBaud(baud);
         const auto lines = dialogue_->tryCommand("ATI", kBaudProbeTimeout);
         if (lines && contains(*lines, kIdentity)) {
             note("the adapter answers at " + std::to_string(baud) + " baud");
@@ -307,7 +259,7 @@ std::vector<Bytes> Elm327Engine::transact(const Bytes& frame)
         throw LinkError(LinkError::Kind::PortLost, "The port is not open: connect to the vehicle first.");
     if (frame.size() < 4)
         throw LinkError(LinkError::Kind::BadRequest, "There is no frame to send.");
-    Busy busy(*this);
+    EnginePort::Exchange exchange(port_);
     setHeader(headerFor(frame));
     const std::string request = toHex(Bytes(frame.begin() + 3, frame.end()));
     const ElmAnswer answer = readElmAnswer(dialogue_->command(request, kRequestTimeout), request);
@@ -350,25 +302,13 @@ Bytes Elm327Engine::replyForm(const Bytes& frame) const
     return bodyAddresses_ ? bodyOf(LineKind::Kwp, frame) : frame;
 }
 
-bool Elm327Engine::portOpen() const { return wire_ && wire_->isOpen() && dialogue_ && !closePending_; }
+bool Elm327Engine::portOpen() const { return port_.isOpen() && dialogue_; }
 
-void Elm327Engine::closePort()
-{
-    if (busy_) {
-        closePending_ = true;
-        return;
-    }
-    closeNow();
-}
+void Elm327Engine::closePort() { port_.close(); }
 
-void Elm327Engine::closeNow()
+void Elm327Engine::dropSession()
 {
-    closePending_ = false;
     dialogue_.reset();
-    if (wire_ && wire_->isOpen())
-        wire_->close();
-    wire_.reset();
-    port_ = -1;
     baudInUse_ = 0;
     protocol_ = 0;
     header_.clear();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "link/ElmDialogue.h"
+#include "link/EnginePort.h"
 #include "link/Framing.h"
 #include "link/LinkEngine.h"
 #include "link/Wire.h"
@@ -53,7 +54,6 @@ public:
     void setTrace(TraceSink* trace) override;
 
 private:
-    class Busy;
     WakeUpResult wakeUpOnAdapter(const WakeUpRequest& request);
     void openAdapter(int port);
     int findBaud(int port);
@@ -64,19 +64,15 @@ private:
     bool probe(const std::string& request, Micros timeout);
     int searchedProtocol();
     void note(const std::string& text) const;
-    void closeNow();
+    void dropSession();
 
-    WireFactory& wires_;
+    EnginePort port_; // before dialogue_, which talks over its wire
     Clock& clock_;
     TraceSink* trace_ = nullptr;
     std::function<void()> idle_;
-    std::unique_ptr<Wire> wire_;
     std::unique_ptr<ElmDialogue> dialogue_;
-    int port_ = -1;
     int adapterBaud_ = kElmDefaultBaud;
     int baudInUse_ = 0;
-    bool busy_ = false;
-    bool closePending_ = false;
     int p3Ms_ = 300;
 
     // The session the last successful wake-up opened.

@@ -19,35 +19,17 @@ constexpr Micros kTiniHNominal = kTWuP - kTiniL;
 constexpr Micros kP4Margin = ms(5);
 } // namespace
 
-// Marks the engine busy for one exchange; a port close asked for meanwhile happens at its end.
-class KLineEngine::Busy {
-public:
-    explicit Busy(KLineEngine& e) : e_(e)
-    {
-        if (e_.busy_)
-            throw LinkError(LinkError::Kind::BadRequest, "The link is busy with another exchange; try again when it ends.");
-        e_.busy_ = true;
-    }
-    ~Busy()
-    {
-        e_.busy_ = false;
-        if (e_.io_)
-            e_.lastActivity_ = e_.io_->lastActivity();
-        if (e_.closePending_)
-            e_.closeNow();
-    }
-
-private:
-    KLineEngine& e_;
-};
-
-KLineEngine::KLineEngine(WireFactory& wires, Clock& clock) : wires_(wires), clock_(clock) {}
-
-KLineEngine::~KLineEngine()
+KLineEngine::KLineEngine(WireFactory& wires, Clock& clock)
+    : port_(wires, InterfaceType::KLineCable, [this] { dropSession(); },
+            [this] {
+                if (io_)
+                    lastActivity_ = io_->lastActivity();
+            }),
+      clock_(clock)
 {
-    if (wire_ && wire_->isOpen())
-        wire_->close();
 }
+
+KLineEngine::~KLineEngine() = default;
 
 void KLineEngine::setP4(int msValue)
 {
@@ -87,18 +69,11 @@ void KLineEngine::idleUntil(Micros t)
 
 void KLineEngine::openPort(int port, bool reconnect)
 {
-    if (wire_ && wire_->isOpen() && port == port_) {
+    if (!port_.open(port)) {
         if (trace_)
             trace_->note(clock_.now(), reconnect ? "waking the unit again on the open port" : "port already open");
         return;
     }
-    closeNow();
-    closePending_ = false;
-    wire_ = wires_ ? wires_(port) : nullptr;
-    if (!wire_)
-        throw LinkError(LinkError::Kind::PortOpen, "There is no port " + std::to_string(port) + ".");
-    wire_->open();
-    port_ = port;
     // The bus may have been busy just before: W5 counts from the opening.
     lastActivity_ = clock_.now();
 }
@@ -113,39 +88,18 @@ WakeUpResult KLineEngine::wakeUp(const WakeUpRequest& rq)
     if (rq.protocol != Iso9141Slow && rq.protocol != Kwp2000Slow && rq.protocol != Kwp2000Fast)
         throw LinkError(LinkError::Kind::BadRequest,
                         "Protocol " + std::to_string(rq.protocol) + " is not 1, 2 or 3; try the protocols one at a time.");
-    if (!rq.startFrame.empty()) {
-        const Bytes& f = rq.startFrame;
-        if (rq.protocol != Kwp2000Fast)
-            throw LinkError(LinkError::Kind::BadRequest, "A start frame needs the KWP2000 fast init (protocol 3).");
-        const bool addressed = f.size() >= kKwpAddressedHeader + 2 && (f[0] & kAddressMode) != 0;
-        if (!addressed || checksum(Bytes(f.begin(), f.end() - 1)) != f.back())
-            throw LinkError(LinkError::Kind::BadRequest,
-                            "The start frame " + toHex(f) + " is not an addressed message ending in its checksum.");
-    }
     if (rq.baud < kMinBaud || rq.baud > kMaxBaud)
         throw LinkError(LinkError::Kind::BaudRefused, "The baud rate " + std::to_string(rq.baud) + " is outside " +
                                                           std::to_string(kMinBaud) + " to " + std::to_string(kMaxBaud) +
                                                           "; K-line units talk at 10400.");
-    Busy busy(*this);
-    // A wake-up that fails leaves no session to keep the port for, so the cable is freed at once
-    // for the user's next try; only a re-wake of a standing session keeps it, since its caller
-    // goes on counting silent requests until it gives the session up.
-    try {
-        const WakeUpResult r = wakeUpOnPort(rq);
-        if (!r.ok && !rq.reconnect)
-            closeNow();
-        return r;
-    } catch (const LinkError&) {
-        closeNow();
-        throw;
-    }
+    return port_.wakeUp(rq.reconnect, [&] { return wakeUpOnPort(rq); });
 }
 
 WakeUpResult KLineEngine::wakeUpOnPort(const WakeUpRequest& rq)
 {
     openPort(rq.port, rq.reconnect);
-    wire_->setBaud(rq.baud);
-    io_ = std::make_unique<ByteLink>(*wire_, clock_, trace_, rq.baud);
+    port_.wire().setBaud(rq.baud);
+    io_ = std::make_unique<ByteLink>(port_.wire(), clock_, trace_, rq.baud);
     io_->touch(lastActivity_);
 
     const Micros quietFrom = lastActivity_;
@@ -206,7 +160,7 @@ std::vector<Bytes> KLineEngine::transact(const Bytes& frame)
         throw LinkError(LinkError::Kind::PortLost, "The port is not open: connect to the vehicle first.");
     if (frame.empty())
         throw LinkError(LinkError::Kind::BadRequest, "There is no frame to send.");
-    Busy busy(*this);
+    EnginePort::Exchange exchange(port_);
     const Micros quietFrom = io_->lastActivity();
     // Below P3min a unit may still be answering; beyond P3max it has given the session up.
     const Micros p3 = std::clamp(ms(p3Ms_), kP3Min, kP3Max);
@@ -229,25 +183,13 @@ ReplyAddressing KLineEngine::replyAddressing(const Bytes& frame) const
     return {frame.size() > 2 ? frame[2] : kTester, false};
 }
 
-bool KLineEngine::portOpen() const { return wire_ && wire_->isOpen() && io_ && !closePending_; }
+bool KLineEngine::portOpen() const { return port_.isOpen() && io_; }
 
-void KLineEngine::closePort()
-{
-    if (busy_) {
-        closePending_ = true;
-        return;
-    }
-    closeNow();
-}
+void KLineEngine::closePort() { port_.close(); }
 
-void KLineEngine::closeNow()
+void KLineEngine::dropSession()
 {
-    closePending_ = false;
     io_.reset();
-    if (wire_ && wire_->isOpen())
-        wire_->close();
-    wire_.reset();
-    port_ = -1;
     kind_.reset();
     protocol_ = 0;
     bodyAddresses_.reset();

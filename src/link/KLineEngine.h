@@ -1,6 +1,7 @@
 #pragma once
 
 #include "link/ByteLink.h"
+#include "link/EnginePort.h"
 #include "link/Framing.h"
 #include "link/LinkEngine.h"
 #include "link/Protocol.h"
@@ -49,24 +50,19 @@ public:
     int badChecksums() const { return badChecksums_; }
 
 private:
-    class Busy;
     WakeUpResult wakeUpOnPort(const WakeUpRequest& request);
     void openPort(int port, bool reconnect);
     void idleUntil(Micros t);
-    void closeNow();
+    void dropSession();
     LineKind kindFor(const Bytes& request) const;
     ReplyAddressing replyAddressing(const Bytes& frame) const;
 
-    WireFactory& wires_;
+    EnginePort port_; // before io_, which reads and writes its wire
     Clock& clock_;
     TraceSink* trace_ = nullptr;
     std::function<void()> idle_;
-    std::unique_ptr<Wire> wire_;
     std::unique_ptr<ByteLink> io_;
-    int port_ = -1;
     Micros lastActivity_ = 0;
-    bool busy_ = false;
-    bool closePending_ = false;
 
     int p3Ms_ = 300;
     Micros p4_ = ms(20);

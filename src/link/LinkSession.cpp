@@ -4,6 +4,7 @@
 #include "link/Hex.h"
 #include "link/KLineEngine.h"
 #include "link/LinkError.h"
+#include "link/ProtocolBytes.h"
 #include "link/ReplyText.h"
 
 namespace kvx::link {
@@ -24,6 +25,19 @@ Protocol wakeUpProtocol(int number)
         throw LinkError(LinkError::Kind::BadRequest,
                         "Protocol " + std::to_string(number) + " is not one of 1 to " + std::to_string(kLastProtocol) + ".");
     return static_cast<Protocol>(number);
+}
+
+// A start frame is a whole addressed StartCommunication message, sent by the fast init alone.
+Bytes startFrameOf(const std::string& text, Protocol protocol)
+{
+    const Bytes f = requireHex(text, "The start frame");
+    if (protocol != Kwp2000Fast)
+        throw LinkError(LinkError::Kind::BadRequest, "A start frame needs the KWP2000 fast init (protocol 3).");
+    const bool addressed = f.size() >= kline::kKwpAddressedHeader + 2 && (f[0] & kline::kAddressMode) != 0;
+    if (!addressed || checksum(Bytes(f.begin(), f.end() - 1)) != f.back())
+        throw LinkError(LinkError::Kind::BadRequest,
+                        "The start frame " + toHex(f) + " is not an addressed message ending in its checksum.");
+    return f;
 }
 
 std::string joined(const std::vector<Bytes>& frames)
@@ -66,7 +80,7 @@ bool LinkSession::InitializeEcu(const std::string& wakeAddress, int baudRate, in
     rq.port = portNumber;
     rq.protocol = wakeUpProtocol(protocol);
     if (!startFrame.empty())
-        rq.startFrame = requireHex(startFrame, "The start frame");
+        rq.startFrame = startFrameOf(startFrame, rq.protocol);
     rq.reconnect = reconnect;
     const WakeUpResult r = engine_->wakeUp(rq);
     result = r.ok ? r.text : std::string();
