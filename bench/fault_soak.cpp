@@ -113,7 +113,7 @@ void run(const Line& line, std::uint64_t seed, double rate, int count, Soak& soa
     config.faults.rate = rate;
     link::VirtualClock clock(ms(1000));
     sim::VirtualVehicle vehicle(clock, config);
-    link::LinkSession link([&](int) { return vehicle.makeWire(); }, clock);
+    link::LinkSession link([&](int, link::InterfaceType) { return vehicle.makeWire(); }, clock);
     link.SetP3Delay(60);
     link.SetP4Delay(5);
     const sim::BusRecord& record = vehicle.record();

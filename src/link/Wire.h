@@ -1,6 +1,7 @@
 #pragma once
 
 #include "link/Clock.h"
+#include "link/Protocol.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -32,7 +33,9 @@ public:
     virtual void flushInput() = 0;
 };
 
-// Makes the wire for a settings port number (the caller decides what each number means).
-using WireFactory = std::function<std::unique_ptr<Wire>(int port)>;
+// Makes the wire for a settings port number (the caller decides what each number means), for the
+// interface that will drive it: the virtual vehicle shows a cable the bus and an ELM327 engine an
+// adapter in front of the same car.
+using WireFactory = std::function<std::unique_ptr<Wire>(int port, InterfaceType interface)>;
 
 } // namespace kvx::link

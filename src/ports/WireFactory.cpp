@@ -1,7 +1,9 @@
 #include "ports/WireFactory.h"
 
+#include "link/LinkError.h"
 #include "link/SerialWire.h"
 #include "session/CommSettings.h"
+#include "sim/Elm327Adapter.h"
 
 #include <memory>
 
@@ -11,37 +13,56 @@ namespace {
 
 constexpr int kLastSerialPort = 16;
 
-// The vehicle a factory has made, and the car it was made from when the car was chosen.
-struct OnTheBus {
-    std::unique_ptr<sim::VirtualVehicle> vehicle;
+// One face of the virtual vehicle (its bus, or an ELM327 in front of it), and the car it was made
+// from when the car was chosen.
+template <typename Face>
+struct Built {
+    std::unique_ptr<Face> face;
     std::optional<sim::VehicleProfile> car;
 };
 
-sim::VirtualVehicle& vehicleFor(link::Clock& clock, const PortOptions& options, OnTheBus& bus)
+// The same object while the same car is chosen, so a reconnect finds the car as it left it.
+template <typename Face>
+Face& faceFor(link::Clock& clock, const PortOptions& options, Built<Face>& built)
 {
     if (!options.chosenVehicle) {
-        if (!bus.vehicle)
-            bus.vehicle = std::make_unique<sim::VirtualVehicle>(clock, options.vehicle);
-        return *bus.vehicle;
+        if (!built.face)
+            built.face = std::make_unique<Face>(clock, options.vehicle);
+        return *built.face;
     }
     sim::VehicleProfile car = options.chosenVehicle();
-    if (!bus.vehicle || car != bus.car) {
+    if (!built.face || car != built.car) {
         sim::VehicleConfig config = sim::configFor(car, options.vehicle.seed);
         config.faults = options.vehicle.faults;
-        bus.vehicle = std::make_unique<sim::VirtualVehicle>(clock, std::move(config));
-        bus.car = std::move(car);
+        built.face = std::make_unique<Face>(clock, std::move(config));
+        built.car = std::move(car);
     }
-    return *bus.vehicle;
+    return *built.face;
 }
+
+struct OnTheBus {
+    Built<sim::VirtualVehicle> vehicle;
+    Built<sim::Elm327Adapter> adapter;
+};
 
 } // namespace
 
 link::WireFactory makeWireFactory(link::Clock& clock, PortOptions options)
 {
     auto bus = std::make_shared<OnTheBus>();
-    return [&clock, options, bus](int port) -> std::unique_ptr<link::Wire> {
-        if (port == kVirtualVehiclePort)
-            return vehicleFor(clock, options, *bus).makeWire();
+    return [&clock, options, bus](int port, link::InterfaceType interface) -> std::unique_ptr<link::Wire> {
+        if (port == kVirtualVehiclePort && interface == link::InterfaceType::Elm327)
+            return faceFor(clock, options, bus->adapter).makeWire();
+        if (port == kVirtualVehiclePort) {
+            sim::VirtualVehicle& vehicle = faceFor(clock, options, bus->vehicle);
+            // A real cable would only hear silence; the virtual vehicle can say why.
+            if (vehicle.bus() != sim::Bus::KLine)
+                throw link::LinkError(link::LinkError::Kind::PortOpen,
+                                      "The virtual vehicle's car is on CAN, which a K-line cable cannot reach: connect "
+                                      "through the ELM327 interface (the port \"Virtual Vehicle (ELM327)\", or kvx "
+                                      "--interface elm327).");
+            return vehicle.makeWire();
+        }
         if (!options.device.empty())
             return link::makeSerialWire(options.device, clock);
         if (port < 1 || port > kLastSerialPort)

@@ -20,8 +20,9 @@ struct PortOptions {
     std::function<sim::VehicleProfile()> chosenVehicle;
 };
 
-// Port 0 is the virtual vehicle (one vehicle for the factory's life, or for as long as the same car
-// is chosen, so a reconnect finds the car as it left it); 1..16 are serial devices.
+// Port 0 is the virtual vehicle: its K-line bus to a cable's engine, an emulated ELM327 in front of
+// its units to an ELM327 engine (each one object for the factory's life, or for as long as the same
+// car is chosen, so a reconnect finds the car as it left it); 1..16 are serial devices.
 link::WireFactory makeWireFactory(link::Clock& clock, PortOptions options = {});
 
 // kvx's --port: "sim", a port number or a device path. Sets device for a path; nullopt when the

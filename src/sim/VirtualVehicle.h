@@ -45,6 +45,8 @@ public:
     void settle(link::Micros t);
     link::Micros byteTime() const { return line_.byteTime(); }
     bool sessionOpen() const { return session_.has_value(); }
+    // A CAN car's units are on the vehicle, but nothing answers on its K-line.
+    Bus bus() const { return config_.bus; }
 
     // A silent unit answers nothing (wake-ups, StartCommunication, requests) until it is given its
     // voice back; the other units go on as before. For testing reconnection and the end of a

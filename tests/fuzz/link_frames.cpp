@@ -163,7 +163,7 @@ void exchange(std::uint8_t choice, const Script& reply)
     const std::string start = line == 2 ? "8110FC810E" : "";
     ScriptedWire* wire = nullptr;
     LinkSession link(
-        [&](int) {
+        [&](int, InterfaceType) {
             auto w = std::make_unique<ScriptedWire>(clock);
             if (line == 0) {
                 w->answerAddress({{ms(20), 0x55}, {ms(5), 0x08}, {ms(5), 0x08}});

@@ -26,7 +26,7 @@ struct ElmBench {
 
     link::VirtualClock clock{1'000'000};
     test::ScriptedAdapter adapter{clock};
-    link::LinkSession link{[this](int) { return adapter.plug(); }, clock};
+    link::LinkSession link{[this](int, link::InterfaceType) { return adapter.plug(); }, clock};
     std::string result;
 
 private:
@@ -135,7 +135,7 @@ TEST(Elm327Dialogue, AdapterTextsReachTheCallerAsTheContractSays)
 
     // The K-line cable cannot reach CAN and says so.
     link::VirtualClock clock;
-    link::LinkSession cable([](int) -> std::unique_ptr<link::Wire> { return nullptr; }, clock);
+    link::LinkSession cable([](int, link::InterfaceType) -> std::unique_ptr<link::Wire> { return nullptr; }, clock);
     std::string result;
     EXPECT_NE(linkErrorOf([&] { cable.InitializeEcu("33", 10400, 1, link::Can11Bit500k, "", false, result); })
                   .find("a K-line cable cannot reach"),

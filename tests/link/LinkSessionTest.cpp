@@ -330,7 +330,7 @@ TEST(Session, AFailedWakeUpFreesThePortAndAClosedLinkRefusesPlainly)
         void flushInput() override {}
     };
     link::VirtualClock clock;
-    link::LinkSession fussy([](int) { return std::make_unique<NoRate>(); }, clock);
+    link::LinkSession fussy([](int, link::InterfaceType) { return std::make_unique<NoRate>(); }, clock);
     std::string result;
     EXPECT_THROW(fussy.InitializeEcu("33", 10400, 1, 1, "", false, result), LinkError);
     EXPECT_FALSE(fussy.IsPortOpen());

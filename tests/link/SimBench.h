@@ -11,7 +11,7 @@ namespace kvx::test {
 // A LinkSession on a virtual vehicle in virtual time, with the bus record at hand.
 struct SimBench {
     explicit SimBench(sim::VehicleConfig config = {})
-        : vehicle(clock, std::move(config)), link([this](int) { return vehicle.makeWire(); }, clock)
+        : vehicle(clock, std::move(config)), link([this](int, link::InterfaceType) { return vehicle.makeWire(); }, clock)
     {
         link.SetP3Delay(60);
         link.SetP4Delay(5);

@@ -21,7 +21,7 @@ struct CanCarSession : ::testing::Test {
     test::TempSettings store;
     link::VirtualClock clock{1'000'000};
     test::ScriptedAdapter adapter{clock};
-    link::LinkSession link{[this](int) { return adapter.plug(); }, clock};
+    link::LinkSession link{[this](int, link::InterfaceType) { return adapter.plug(); }, clock};
     MainScreen screen;
     test::RecordingShell shell;
     Session s{link, screen, shell};

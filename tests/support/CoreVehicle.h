@@ -95,7 +95,7 @@ struct CoreVehicle {
     TempSettings store;
     link::VirtualClock clock;
     sim::VirtualVehicle vehicle;
-    link::LinkSession link{[this](int) { return vehicle.makeWire(); }, clock};
+    link::LinkSession link{[this](int, link::InterfaceType) { return vehicle.makeWire(); }, clock};
     MainScreen screen;
     RecordingShell shell;
     Session session{link, screen, shell};

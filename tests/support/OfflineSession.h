@@ -14,7 +14,7 @@ namespace kvx::test {
 struct OfflineSession {
     TempSettings store;
     link::VirtualClock clock;
-    link::LinkSession link{[](int) -> std::unique_ptr<link::Wire> { return nullptr; }, clock};
+    link::LinkSession link{[](int, link::InterfaceType) -> std::unique_ptr<link::Wire> { return nullptr; }, clock};
     MainScreen screen;
     RecordingShell shell;
     Session session{link, screen, shell};
