@@ -111,9 +111,12 @@ sim::O2TestResult readO2Test(const QJsonValue& value, const JsonPlace& at)
 sim::MonitorResult readMonitorTest(const QJsonValue& value, const JsonPlace& at)
 {
     const QJsonObject o = readObject(value, at);
-    onlyKeys(o, at, {"tid", "cid", "value", "limit"});
-    return {readByte(o["tid"], at.key("tid")), readByte(o["cid"], at.key("cid")), readWord(o["value"], at.key("value")),
-            readWord(o["limit"], at.key("limit"))};
+    onlyKeys(o, at, {"tid", "cid", "value", "limit", "scaling"});
+    sim::MonitorResult m{readByte(o["tid"], at.key("tid")), readByte(o["cid"], at.key("cid")),
+                         readWord(o["value"], at.key("value")), readWord(o["limit"], at.key("limit"))};
+    if (o.contains("scaling"))
+        m.scaling = readByte(o["scaling"], at.key("scaling"));
+    return m;
 }
 
 std::string readVin(const QJsonValue& value, const JsonPlace& at)

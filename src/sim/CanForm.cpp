@@ -3,8 +3,6 @@
 #include "link/ProtocolBytes.h"
 
 #include <algorithm>
-#include <map>
-#include <utility>
 
 namespace kvx::sim {
 
@@ -14,15 +12,10 @@ using namespace link::kline;
 
 constexpr std::uint8_t kCodesReplies[] = {positiveReply(kStoredCodes), positiveReply(kPendingCodes)};
 constexpr std::uint8_t kVinItem = 0x02;
-constexpr std::uint8_t kMinimumLimit = 0x80; // bit 7 of a K-line component id
-// The unit-and-scaling id of a plain count (1 per bit), the only scaling the K-line form implies.
-constexpr std::uint8_t kRawCount = 0x01;
 constexpr std::size_t kFrameSize = 8;
 constexpr std::size_t kSingleFrameData = kFrameSize - 1;
 constexpr std::size_t kFirstFrameData = kFrameSize - 2;
 constexpr std::uint8_t kPadding = 0x00;
-
-bool isRangeMarker(std::uint8_t id) { return id % 0x20 == 0; }
 
 bool all(const std::vector<link::Bytes>& frames, std::uint8_t service, std::size_t minSize)
 {
@@ -56,36 +49,6 @@ link::Bytes vin(const std::vector<link::Bytes>& frames)
     return out;
 }
 
-// K-line results "46 TID CID value limit" become one record per test; a minimum and a maximum
-// of the same test share a record.
-link::Bytes monitorRecords(const std::vector<link::Bytes>& frames)
-{
-    struct Limits {
-        std::uint16_t value = 0, min = 0x0000, max = 0xFFFF;
-    };
-    std::vector<std::pair<std::uint8_t, std::uint8_t>> order;
-    std::map<std::pair<std::uint8_t, std::uint8_t>, Limits> records;
-    for (const link::Bytes& f : frames) {
-        const std::pair key{f[1], static_cast<std::uint8_t>(f[2] & ~kMinimumLimit)};
-        if (!records.count(key))
-            order.push_back(key);
-        Limits& l = records[key];
-        l.value = static_cast<std::uint16_t>(f[3] << 8 | f[4]);
-        const auto limit = static_cast<std::uint16_t>(f[5] << 8 | f[6]);
-        (f[2] & kMinimumLimit ? l.min : l.max) = limit;
-    }
-    link::Bytes out{positiveReply(kMonitorTests)};
-    for (const auto& key : order) {
-        const Limits& l = records[key];
-        out.insert(out.end(), {key.first, key.second, kRawCount});
-        for (std::uint16_t v : {l.value, l.min, l.max}) {
-            out.push_back(static_cast<std::uint8_t>(v >> 8));
-            out.push_back(static_cast<std::uint8_t>(v));
-        }
-    }
-    return out;
-}
-
 } // namespace
 
 std::vector<link::Bytes> canForm(const std::vector<link::Bytes>& frames)
@@ -98,8 +61,6 @@ std::vector<link::Bytes> canForm(const std::vector<link::Bytes>& frames)
             return {codeList(frames)};
     if (all(frames, positiveReply(kVehicleInformation), 3) && first[1] == kVinItem)
         return {vin(frames)};
-    if (all(frames, positiveReply(kMonitorTests), 7) && !isRangeMarker(first[1]))
-        return {monitorRecords(frames)};
     return frames;
 }
 

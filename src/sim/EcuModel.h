@@ -19,6 +19,7 @@ struct Request {
     bool addressed = true;     // the header carried target and source (false: the one-byte form)
     link::Bytes payload;       // service identifier and its parameters
     link::Micros time = 0;     // when the last byte of the request ended
+    bool can = false;          // came over CAN, where some answers take another form
 };
 
 // One simulated control unit. New makes of unit are new files implementing this.

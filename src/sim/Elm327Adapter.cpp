@@ -128,10 +128,13 @@ void Elm327Adapter::testerWrite(const link::Bytes& bytes)
         return;
     link::Micros at = clock_.now();
     for (std::uint8_t b : bytes) {
+        if (!inputStart_)
+            inputStart_ = at;
         at += kSerialByte;
         if (b == '\r') {
             command(input_, at);
             input_.clear();
+            inputStart_.reset();
         } else if (b != '\n' && b != ' ') {
             input_ += static_cast<char>(std::toupper(b));
         }
@@ -169,6 +172,8 @@ void Elm327Adapter::sendText(const std::string& text, link::Micros at)
 void Elm327Adapter::command(const std::string& typed, link::Micros at)
 {
     const link::Micros start = std::max(at, freeAt_);
+    // Bytes typed before the last prompt went out overlap the last command's time.
+    const link::Micros engaged = std::max(inputStart_.value_or(at), freeAt_);
     const std::string eol = linefeeds_ ? "\r\n" : "\r";
     if (echo_)
         sendText(typed + eol, start);
@@ -189,7 +194,7 @@ void Elm327Adapter::command(const std::string& typed, link::Micros at)
     sendText(end + kPrompt, answer.done);
     freeAt_ = serialFree_;
     load_.commands += 1;
-    load_.busy += answer.done - start;
+    load_.busy += serialFree_ - engaged;
 }
 
 void Elm327Adapter::reset()

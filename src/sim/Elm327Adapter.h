@@ -52,8 +52,9 @@ public:
     // When the next byte reaches the tester; nullopt when nothing is on its way.
     std::optional<link::Micros> nextEvent() const;
 
-    // How long the adapter was busy (a command's last byte in to its prompt out) and for how many
-    // commands: the limit a tester can reach is the commands over that time.
+    // How long the adapter was engaged (a command's first byte in to its prompt out) and for how
+    // many commands: a tester that sends each command the moment the prompt arrives reaches the
+    // commands over that time, and no tester more.
     struct Load {
         long commands = 0;
         link::Micros busy = 0;
@@ -95,6 +96,7 @@ private:
     int lineBaud_ = kBaud;
 
     std::string input_;
+    std::optional<link::Micros> inputStart_; // when the command being typed began to arrive
     std::string lastCommand_;
     link::Micros freeAt_ = 0; // the previous answer's prompt
     std::deque<std::pair<link::Micros, std::uint8_t>> out_;

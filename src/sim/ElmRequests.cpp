@@ -181,6 +181,7 @@ Elm327Adapter::Answer Elm327Adapter::askUnits(const Bytes& data, Micros at, std:
         }
         if (r.functional)
             r.target = kObdAddress;
+        r.can = true;
         r.time = at + (found_ <= '7' ? timing_.canFrame : 2 * timing_.canFrame);
         lines = canAnswer(r, ext, r.time, ends);
     }

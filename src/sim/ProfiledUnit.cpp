@@ -26,6 +26,7 @@ constexpr std::uint8_t kFirstMakerPid = 0xB0;
 constexpr std::size_t kCodesPerFrame = 3;
 constexpr std::size_t kVinFill = 3;      // fill bytes before the seventeen characters
 constexpr std::size_t kVinPerFrame = 4;  // characters to a numbered frame
+constexpr std::uint8_t kMinimumLimit = 0x80; // bit 7 of a component id: the limit is a minimum
 
 link::Bytes codeBytes(TroubleCode c) { return {static_cast<std::uint8_t>(c >> 8), static_cast<std::uint8_t>(c)}; }
 
@@ -287,12 +288,18 @@ std::vector<link::Bytes> ProfiledUnit::monitorTests(const Request& r) const
     if (r.payload.size() < 2)
         return {negative(kMonitorTests, kSubFunctionNotSupported)};
     const std::uint8_t tid = r.payload[1];
-    if (tid == 0x00) {
+    // 00, 20, 40 ... ask which tests (on CAN, which monitors) the range holds.
+    if (tid % 0x20 == 0) {
         std::vector<std::uint8_t> tids;
         for (const auto& m : tests)
             tids.push_back(m.tid);
-        return {withHead({positiveReply(kMonitorTests), 0x00}, supportBitmap(tids, 0x00))};
+        const auto bitmap = rangeBitmap(tids, tid);
+        if (!bitmap)
+            return lacking(r, kSubFunctionNotSupported);
+        return {withHead({positiveReply(kMonitorTests), tid}, *bitmap)};
     }
+    if (r.can)
+        return {monitorRecords(tid)};
     std::vector<link::Bytes> frames;
     for (const auto& m : tests)
         if (m.tid == tid)
@@ -300,6 +307,36 @@ std::vector<link::Bytes> ProfiledUnit::monitorTests(const Request& r) const
                               static_cast<std::uint8_t>(m.value), static_cast<std::uint8_t>(m.limit >> 8),
                               static_cast<std::uint8_t>(m.limit)});
     return frames;
+}
+
+// On CAN a monitor's tests come in one message, a record each: test id, unit-and-scaling id,
+// value, minimum and maximum; a test with one limit gets the widest other one.
+link::Bytes ProfiledUnit::monitorRecords(std::uint8_t obdmid) const
+{
+    struct Record {
+        std::uint8_t test, scaling;
+        std::uint16_t value, min = 0x0000, max = 0xFFFF;
+    };
+    std::vector<Record> records;
+    for (const auto& m : profile_.monitorTests) {
+        if (m.tid != obdmid)
+            continue;
+        const std::uint8_t test = m.cid & ~kMinimumLimit;
+        auto r = std::find_if(records.begin(), records.end(), [&](const Record& x) { return x.test == test; });
+        if (r == records.end())
+            r = records.insert(records.end(), Record{test, m.scaling, m.value});
+        r->value = m.value;
+        (m.cid & kMinimumLimit ? r->min : r->max) = m.limit;
+    }
+    link::Bytes message{positiveReply(kMonitorTests)};
+    for (const Record& r : records) {
+        message.insert(message.end(), {obdmid, r.test, r.scaling});
+        for (std::uint16_t v : {r.value, r.min, r.max}) {
+            message.push_back(static_cast<std::uint8_t>(v >> 8));
+            message.push_back(static_cast<std::uint8_t>(v));
+        }
+    }
+    return message;
 }
 
 std::vector<link::Bytes> ProfiledUnit::vehicleInformation(const Request& r) const

@@ -44,6 +44,7 @@ private:
     std::vector<link::Bytes> clear(const Request& r);
     std::vector<link::Bytes> oxygenTests(const Request& r) const;
     std::vector<link::Bytes> monitorTests(const Request& r) const;
+    link::Bytes monitorRecords(std::uint8_t obdmid) const;
     std::vector<link::Bytes> vehicleInformation(const Request& r) const;
     std::vector<link::Bytes> nissanData(const Request& r);
 

@@ -39,10 +39,13 @@ struct O2TestResult {
     bool operator==(const O2TestResult&) const = default;
 };
 
-// One on-board monitoring result of service 06; bit 7 of cid says the limit is a minimum.
+// One on-board monitoring result of service 06; bit 7 of cid says the limit is a minimum. On CAN
+// the tid is the monitor's OBDMID, the cid its test id, and scaling the unit-and-scaling id its
+// value and limit are given in (01: a plain count).
 struct MonitorResult {
     std::uint8_t tid = 0, cid = 0;
     std::uint16_t value = 0, limit = 0;
+    std::uint8_t scaling = 0x01;
 
     bool operator==(const MonitorResult&) const = default;
 };
