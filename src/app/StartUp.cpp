@@ -29,6 +29,13 @@ void StartSession(Session& session, bool virtualVehicle, const std::string& prog
         session.settings.VirtualVehicle = car;
     }
     CheckVehicleInForce(session);
+    // Only an ELM327 reaches a CAN car: the car named for this run brings the adapter with it.
+    if (virtualVehicle && session.settings.Interface != kElm327Interface &&
+        VehicleInForce(session.settings).bus != sim::Bus::KLine) {
+        session.StoreInterface = session.settings.Interface;
+        session.settings.Interface = kElm327Interface;
+        settings::PushInterface(session);
+    }
     data::LayoutLiveDataGrid(screen);
     data::LayoutO2SensorGrid(screen);
     data::LayoutMonitorTestGrid(screen);

@@ -37,6 +37,9 @@ struct Session {
     // A run on the virtual vehicle by the command line keeps the store's own port here: Apply
     // saves it rather than the simulator, unless the user picks another port in the dialog.
     std::optional<int> StorePortNumber;
+    // Likewise the store's interface, when that run's car is on CAN and so runs behind the
+    // emulated ELM327.
+    std::optional<int> StoreInterface;
 
     int ModuleIndex = ModuleGeneric;
     bool LinkDown = true;

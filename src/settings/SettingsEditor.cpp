@@ -48,9 +48,11 @@ long leadingNumber(const std::string& text)
     return negative ? -value : value;
 }
 
-std::string portEntry(int port)
+std::string portEntry(int port, bool elm327)
 {
-    return port == kVirtualVehiclePort ? kVirtualVehicleEntry : std::to_string(port);
+    if (port != kVirtualVehiclePort)
+        return std::to_string(port);
+    return elm327 ? kVirtualAdapterEntry : kVirtualVehicleEntry;
 }
 
 std::string adapterBaudEntry(int baud)
@@ -67,7 +69,7 @@ std::optional<long> adapterBaud(const std::string& entry)
 
 std::optional<long> portNumber(const std::string& entry)
 {
-    if (entry == kVirtualVehicleEntry)
+    if (entry == kVirtualVehicleEntry || entry == kVirtualAdapterEntry)
         return kVirtualVehiclePort;
     return wholeNumber(entry);
 }
@@ -98,6 +100,7 @@ void SettingsEditor::Form_Load()
     for (int port = 1; port <= kSerialPorts; ++port)
         cmbPort.addItem(std::to_string(port));
     cmbPort.addItem(kVirtualVehicleEntry);
+    cmbPort.addItem(kVirtualAdapterEntry);
     cmbInterface.clear();
     cmbInterface.addItem(kInterfaceName);
     cmbInterface.addItem(kElm327InterfaceName);
@@ -113,7 +116,7 @@ void SettingsEditor::Form_Load()
 
     // A stored protocol outside 1..4 shows no entry until the user picks one.
     cmbTypeProtocol.setCurrentIndex(s.TryAllProtocols ? kTryAllEntry : s.ProtocolNumber - 1);
-    cmbPort.setText(portEntry(s.PortNumber));
+    cmbPort.setText(portEntry(s.PortNumber, s.Interface == kElm327Interface));
     txtBaud.setText(std::to_string(s.BaudRate));
     txtKeepAlive.setText(std::to_string(s.KeepAlive));
     txtP4.setText(std::to_string(s.P4Delay));
@@ -140,6 +143,11 @@ void SettingsEditor::fillVehicleList()
     vehicleChosen_ = false;
 }
 
+bool SettingsEditor::virtualPortChosen() const
+{
+    return cmbPort.text() == kVirtualVehicleEntry || cmbPort.text() == kVirtualAdapterEntry;
+}
+
 void SettingsEditor::edit(TextModel& field, const std::string& text)
 {
     field.setText(text);
@@ -152,10 +160,16 @@ void SettingsEditor::choose(ListModel& list, int index)
 {
     list.setCurrentIndex(index);
     cmdApply.setEnabled(true);
+    if (&list == &cmbPort || &list == &cmbInterface)
+        session_.StoreInterface.reset();
     if (&list == &cmbPort) {
         session_.StorePortNumber.reset();
-        cmbVehicleState.setEnabled(cmbPort.text() == kVirtualVehicleEntry);
+        if (virtualPortChosen())
+            cmbInterface.setText(cmbPort.text() == kVirtualAdapterEntry ? kElm327InterfaceName : kInterfaceName);
+        cmbVehicleState.setEnabled(virtualPortChosen());
     }
+    if (&list == &cmbInterface && virtualPortChosen())
+        cmbPort.setText(portEntry(kVirtualVehiclePort, cmbInterface.text() == kElm327InterfaceName));
     if (&list == &cmbVehicle)
         vehicleChosen_ = true;
 }
@@ -240,6 +254,8 @@ bool SettingsEditor::cmdApply_Click()
     CommSettings stored = s;
     if (session_.StorePortNumber)
         stored.PortNumber = *session_.StorePortNumber;
+    if (session_.StoreInterface)
+        stored.Interface = *session_.StoreInterface;
     SaveCommSettings(stored);
     if (vehicleChosen_) {
         s.VirtualVehicle = cmbVehicle.text();

@@ -15,8 +15,11 @@ inline constexpr const char* kInterfaceName = "OptoCoupler/Tactrix/KKL";
 inline constexpr const char* kElm327InterfaceName = "ELM327";
 // The adapter rate entry that lets the link try the usual rates.
 inline constexpr const char* kAutoBaudEntry = "Auto-detect";
-// The port entry that names the virtual vehicle, after the serial ports "1" to "16".
+// The port entries that name the virtual vehicle, after the serial ports "1" to "16": its K-line
+// for the cable, and an emulated ELM327 in front of it. Both are port 0; the interface tells them
+// apart, so choosing one chooses its interface too.
 inline constexpr const char* kVirtualVehicleEntry = "Virtual Vehicle";
+inline constexpr const char* kVirtualAdapterEntry = "Virtual Vehicle (ELM327)";
 inline constexpr int kP3Cap = 500;
 
 // The protocol list of the dialog: index + 1 is the protocol number. The CAN entries follow
@@ -42,7 +45,8 @@ public:
     // The user typed into a text field: the text is kept and Apply enabled; txtP3 also caps its
     // value at 500.
     void edit(TextModel& field, const std::string& text);
-    // The user chose a list entry (index into its items): Apply enabled. A port chosen here is
+    // The user chose a list entry (index into its items): Apply enabled. A virtual vehicle entry
+    // chooses its interface and an interface the matching virtual vehicle entry. A port chosen here is
     // the one Apply saves, even in a run the command line put on the virtual vehicle; a car is
     // saved only when chosen here, so a car the command line gave this run stays out of the store.
     void choose(ListModel& list, int index);
@@ -60,6 +64,7 @@ public:
 private:
     void txtP3_Change();
     void fillVehicleList();
+    bool virtualPortChosen() const;
 
     Session& session_;
     bool vehicleChosen_ = false;

@@ -78,4 +78,21 @@ TEST(VehicleChoice, ACommandLineCarIsForTheRunAndOneThatCannotBeHadLeavesTheBuil
     EXPECT_EQ(editor.cmbVehicle.text(), "diesel");
     ASSERT_TRUE(editor.cmdApply_Click());
     EXPECT_EQ(p.store.get("VirtualVehicle"), "toyota");
+
+    // A CAN car brings the emulated ELM327 for the run, and Apply leaves the stored interface.
+    app::StartSession(p.session, true, p.programFolder(), "can29-250");
+    ASSERT_TRUE(p.actions.ConnectModule(ModuleGeneric)) << p.shell.boxes.back().text;
+    EXPECT_NE(codesShown(p).find("P0087"), std::string::npos);
+    p.actions.Disconnect();
+    editor.Form_Load();
+    EXPECT_EQ(editor.cmbPort.text(), settings::kVirtualAdapterEntry);
+    ASSERT_TRUE(editor.cmdApply_Click());
+    EXPECT_EQ(p.store.get("Interface"), "0");
+
+    // Through the cable the same car says why nothing can answer.
+    editor.choose(editor.cmbPort, editor.cmbPort.indexOf(settings::kVirtualVehicleEntry));
+    ASSERT_TRUE(editor.cmdApply_Click());
+    EXPECT_FALSE(p.actions.ConnectModule(ModuleGeneric));
+    EXPECT_NE(p.shell.boxes.back().text.find("on CAN, which a K-line cable cannot reach"), std::string::npos)
+        << p.shell.boxes.back().text;
 }

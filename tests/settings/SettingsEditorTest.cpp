@@ -23,7 +23,7 @@ TEST(SettingsEditor, LoadShowsTheSettingsWithApplyDisabledAndEditsEnableIt)
     Dialog d;
     EXPECT_EQ(d.editor.txtP3.text(), "300");
     EXPECT_EQ(d.editor.cmbTypeProtocol.text(), "Try All");
-    EXPECT_EQ(d.editor.cmbPort.items().size(), 17u);
+    EXPECT_EQ(d.editor.cmbPort.items().size(), 18u);
     EXPECT_FALSE(d.editor.cmdApply.enabled());
     EXPECT_EQ(d.screen.lblSpeed.text(), "300");
 
@@ -108,6 +108,28 @@ TEST(SettingsEditor, TheElm327AndItsCanProtocolsAreChosenSavedAndRefusedWithTheC
     EXPECT_EQ(d.editor.cmbInterface.text(), "ELM327");
     EXPECT_EQ(d.editor.cmbTypeProtocol.text(), "CAN 11bit 500k");
     EXPECT_EQ(d.editor.cmbAdapterBaud.text(), kAutoBaudEntry);
+}
+
+TEST(SettingsEditor, TheVirtualVehicleEntriesChooseTheirInterfaceAndFollowIt)
+{
+    Dialog d;
+    d.editor.choose(d.editor.cmbPort, d.editor.cmbPort.indexOf(kVirtualAdapterEntry));
+    EXPECT_EQ(d.editor.cmbInterface.text(), "ELM327");
+    EXPECT_TRUE(d.editor.cmbVehicleState.enabled()) << "a car can be chosen behind the adapter too";
+    // The interface decides which face of the virtual vehicle the port entry names.
+    d.editor.choose(d.editor.cmbInterface, 0);
+    EXPECT_EQ(d.editor.cmbPort.text(), kVirtualVehicleEntry);
+    d.editor.choose(d.editor.cmbInterface, 1);
+    EXPECT_EQ(d.editor.cmbPort.text(), kVirtualAdapterEntry);
+    ASSERT_TRUE(d.editor.cmdApply_Click());
+    EXPECT_EQ(d.store.get("Port"), "0");
+    EXPECT_EQ(d.store.get("Interface"), "1");
+    d.editor.Form_Load();
+    EXPECT_EQ(d.editor.cmbPort.text(), kVirtualAdapterEntry);
+    // A serial port stays as it is whatever the interface.
+    d.editor.choose(d.editor.cmbPort, 0);
+    d.editor.choose(d.editor.cmbInterface, 0);
+    EXPECT_EQ(d.editor.cmbPort.text(), "1");
 }
 
 } // namespace
