@@ -3,6 +3,7 @@
 #include "cli/VehicleOption.h"
 #include "garage/Garage.h"
 #include "link/Clock.h"
+#include "sim/Elm327Adapter.h"
 #include "sim/VirtualVehicle.h"
 
 #include <QCommandLineParser>
@@ -69,6 +70,9 @@ bool writeAll(int fd, const link::Bytes& bytes)
     return true;
 }
 
+// Serves one face of the car on a new pseudo-terminal until the process is stopped: the K-line
+// bus, or an ELM327 in front of the car's units.
+template <typename Face>
 int serve(sim::VehicleConfig config)
 {
     Pty pty;
@@ -78,15 +82,15 @@ int serve(sim::VehicleConfig config)
     }
     link::SteadyClock clock;
     config.noBreaks = true;
-    sim::VirtualVehicle vehicle(clock, config);
+    Face face(clock, std::move(config));
     std::printf("%s\n", pty.path.c_str());
     std::fflush(stdout);
 
     std::uint8_t buf[256];
     for (;;) {
-        // Sleep in poll until the tester writes or the vehicle has something to send.
+        // Sleep in poll until the tester writes or the car has something to send.
         int timeoutMs = -1;
-        if (const auto next = vehicle.nextEvent())
+        if (const auto next = face.nextEvent())
             timeoutMs = static_cast<int>(std::max<link::Micros>(0, (*next - clock.now() + 999) / 1000));
         pollfd p{pty.master, POLLIN, 0};
         const int ready = ::poll(&p, 1, timeoutMs);
@@ -97,26 +101,43 @@ int serve(sim::VehicleConfig config)
         if (ready > 0 && (p.revents & POLLIN)) {
             const ssize_t n = ::read(pty.master, buf, sizeof buf);
             if (n > 0)
-                vehicle.testerWrite(link::Bytes(buf, buf + n));
+                face.testerWrite(link::Bytes(buf, buf + n));
         }
-        vehicle.settle(clock.now());
-        if (!writeAll(pty.master, vehicle.takeReceived())) {
+        if constexpr (requires { face.settle(clock.now()); })
+            face.settle(clock.now());
+        if (!writeAll(pty.master, face.takeReceived())) {
             std::fprintf(stderr, "kvx sim: writing to the pseudo-terminal failed: %s\n", std::strerror(errno));
             return 1;
         }
     }
 }
 
-// One car a line, its name first, then what it stands for; a file that does not load is named on
-// stderr and makes the exit code 1.
+const char* busName(sim::Bus bus)
+{
+    switch (bus) {
+    case sim::Bus::KLine: return "K-line";
+    case sim::Bus::Can11At500: return "CAN 11-bit 500k";
+    case sim::Bus::Can29At500: return "CAN 29-bit 500k";
+    case sim::Bus::Can11At250: return "CAN 11-bit 250k";
+    case sim::Bus::Can29At250: return "CAN 29-bit 250k";
+    }
+    return "";
+}
+
+// One car a line: its name, its bus, then what it stands for; a file that does not load is named
+// on stderr and makes the exit code 1.
 int listGarage()
 {
     const garage::GarageListing listing = garage::listGarage(garage::garageFolder());
     qsizetype width = 0;
-    for (const auto& car : listing.cars)
+    int busWidth = 0;
+    for (const auto& car : listing.cars) {
         width = std::max(width, car.name.size());
+        busWidth = std::max(busWidth, static_cast<int>(std::strlen(busName(car.bus))));
+    }
     for (const auto& car : listing.cars)
-        std::printf("%s  %s\n", qPrintable(car.name.leftJustified(width)), qPrintable(car.comment));
+        std::printf("%s  %-*s  %s\n", qPrintable(car.name.leftJustified(width)), busWidth, busName(car.bus),
+                    qPrintable(car.comment));
     for (const QString& problem : listing.problems)
         std::fprintf(stderr, "kvx sim: %s\n", qPrintable(problem));
     if (listing.cars.empty() && listing.problems.isEmpty())
@@ -132,12 +153,15 @@ int RunSim(const QStringList& args)
     parser.setApplicationDescription(
         "Serves the virtual vehicle on a pseudo-terminal and prints its path; K-line software opened on that path "
         "talks to the chosen car (the built-in one: an engine unit 10 and a gearbox unit 18), on the real clock, "
-        "until Ctrl+C.");
+        "until Ctrl+C. With --elm327 the car sits behind an emulated ELM327 adapter (38400 baud), which reaches "
+        "CAN cars too.");
     parser.addHelpOption();
     parser.addOption({"pty", "Serve on a new pseudo-terminal (the only place kvx serves the vehicle)."});
+    parser.addOption({"elm327", "Serve the car through an emulated ELM327 adapter rather than as a K-line bus."});
     parser.addOption({"vehicle", WithDefault("The car: its name in the garage or a profile file.", "the built-in car"),
                       "NAME|FILE"});
-    parser.addOption({"list", "List the cars of the garage, one a line: its name, then what it stands for."});
+    parser.addOption({"list", "List the cars of the garage, one a line: its name, its bus (K-line or CAN), then what "
+                              "it stands for."});
     parser.addOption({"seed", WithDefault("Seed of the vehicle and its fault plan.", "1"), "N", "1"});
     parser.addOption({"faults", WithDefault("Share of requests that meet a fault, 0 to 1.", "0"), "RATE", "0"});
     if (const auto code = ParseCommandLine(parser, args))
@@ -146,7 +170,7 @@ int RunSim(const QStringList& args)
     if (!parser.positionalArguments().isEmpty())
         return Fail(command + ": takes no arguments, only options");
     if (parser.isSet("list")) {
-        if (parser.isSet("pty") || parser.isSet("vehicle"))
+        if (parser.isSet("pty") || parser.isSet("vehicle") || parser.isSet("elm327"))
             return Fail(command + ": --list goes alone");
         return listGarage();
     }
@@ -165,12 +189,20 @@ int RunSim(const QStringList& args)
         const auto car = VehicleFromOption(parser.value("vehicle"), problem);
         if (!car)
             return Fail(command + ": " + problem);
+        if (car->bus != sim::Bus::KLine && !parser.isSet("elm327"))
+            return Fail(command + ": " + parser.value("vehicle") + " is a CAN car, which no K-line cable reaches; "
+                        "serve it with --elm327");
         config = sim::configFor(*car, seed);
     }
     config.seed = seed;
     config.faults.seed = seed;
     config.faults.rate = rate;
-    return serve(std::move(config));
+    if (parser.isSet("elm327")) {
+        if (rate > 0.0)
+            return Fail(command + ": --faults reaches the K-line bus only; the emulated ELM327 answers without faults");
+        return serve<sim::Elm327Adapter>(std::move(config));
+    }
+    return serve<sim::VirtualVehicle>(std::move(config));
 }
 
 } // namespace kvx::cli

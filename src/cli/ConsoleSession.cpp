@@ -103,6 +103,10 @@ std::optional<PortChoice> PortFromOptions(const QCommandLineParser& parser, QStr
         problem = "--faults takes a share from 0 to 1, not '" + parser.value("faults") + "'";
         return std::nullopt;
     }
+    if (rate > 0.0 && parser.value("interface") == "elm327") {
+        problem = "--faults reaches the virtual vehicle's K-line bus only; the emulated ELM327 answers without faults";
+        return std::nullopt;
+    }
     const std::uint64_t seed = parser.value("seed").toULongLong(&ok);
     if (!ok) {
         problem = "--seed takes a whole number, not '" + parser.value("seed") + "'";

@@ -24,7 +24,7 @@ GarageListing listGarage(const QString& folder)
     for (const QFileInfo& file : files) {
         try {
             const sim::VehicleProfile car = loadVehicleProfile(file.filePath());
-            listing.cars.push_back({QString::fromStdString(car.name), QString::fromStdString(car.comment)});
+            listing.cars.push_back({QString::fromStdString(car.name), QString::fromStdString(car.comment), car.bus});
         } catch (const ProfileError& e) {
             listing.problems << QString::fromStdString(e.what());
         }

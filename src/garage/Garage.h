@@ -18,6 +18,7 @@ inline constexpr const char* kDefaultCar = "default";
 struct GarageCar {
     QString name;
     QString comment;
+    sim::Bus bus = sim::Bus::KLine;
 };
 
 struct GarageListing {
