@@ -12,25 +12,43 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <map>
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
 
-// Every service of the window on every car of the garage: whatever a car holds, each button ends
-// (no crash, no hang), loses no reply, and shows what that car has.
+// Every service of the window on every car of the garage, through the K-line cable and through an
+// ELM327 (a CAN car through the adapter alone): whatever a car holds, each button ends (no crash,
+// no hang), loses no reply, and shows what that car has.
 
 using namespace kvx;
 
 namespace {
 
-std::vector<std::string> garageFiles()
+struct CarThrough {
+    std::string file;
+    bool elm327 = false;
+};
+
+void PrintTo(const CarThrough& c, std::ostream* os)
+{
+    *os << std::filesystem::path(c.file).stem().string() << (c.elm327 ? " through an ELM327" : " on the K-line cable");
+}
+
+std::vector<CarThrough> garageCars()
 {
     std::vector<std::string> files;
     for (const auto& entry : std::filesystem::directory_iterator(KVX_RESOURCES_DIR "/vehicles"))
         if (entry.path().extension() == ".json")
             files.push_back(entry.path().string());
     std::sort(files.begin(), files.end());
-    return files;
+    std::vector<CarThrough> cars;
+    for (const auto& file : files) {
+        if (garage::loadVehicleProfile(QString::fromStdString(file)).bus == sim::Bus::KLine)
+            cars.push_back({file, false});
+        cars.push_back({file, true});
+    }
+    return cars;
 }
 
 // The J2012 text of a two-byte code: the letter from the top two bits, then four hex digits.
@@ -56,6 +74,12 @@ const std::string& descriptions()
 
 std::vector<int> protocolsOf(const sim::VehicleProfile& car)
 {
+    static const std::map<sim::Bus, int> kCanProtocols = {{sim::Bus::Can11At500, link::Can11Bit500k},
+                                                          {sim::Bus::Can29At500, link::Can29Bit500k},
+                                                          {sim::Bus::Can11At250, link::Can11Bit250k},
+                                                          {sim::Bus::Can29At250, link::Can29Bit250k}};
+    if (car.bus != sim::Bus::KLine)
+        return {kCanProtocols.at(car.bus), link::TryAll};
     std::vector<int> protocols;
     if (car.slowInit == sim::VehicleProfile::SlowInit::Iso9141)
         protocols.push_back(link::Iso9141Slow);
@@ -81,16 +105,22 @@ bool anyUnit(const sim::VehicleProfile& car, Pick pick)
     return std::any_of(car.units.begin(), car.units.end(), pick);
 }
 
-struct GarageCar : ::testing::TestWithParam<std::string> {
-    sim::VehicleProfile car = garage::loadVehicleProfile(QString::fromStdString(GetParam()));
+struct GarageCar : ::testing::TestWithParam<CarThrough> {
+    sim::VehicleProfile car = garage::loadVehicleProfile(QString::fromStdString(GetParam().file));
+    bool elm327 = GetParam().elm327;
 
-    // The program on this car, the stored protocol the given one.
+    // The program on this car through the interface of the test, the stored protocol the given one.
     std::unique_ptr<test::ProgramWindow> program(int protocol)
     {
         const std::string port = std::to_string(kVirtualVehiclePort), type = std::to_string(protocol);
-        return std::make_unique<test::ProgramWindow>(descriptions().c_str(), test::StoredSettings{{"Port", port.c_str()}, {"TypeProtocol", type.c_str()}},
-                                                     sim::configFor(car, 1));
+        const std::string interface = std::to_string(elm327 ? kElm327Interface : kKLineCableInterface);
+        return std::make_unique<test::ProgramWindow>(
+            descriptions().c_str(),
+            test::StoredSettings{{"Port", port.c_str()}, {"TypeProtocol", type.c_str()}, {"Interface", interface.c_str()}},
+            sim::configFor(car, 1));
     }
+    // On CAN the oxygen-sensor results are monitor results: there is no service 05.
+    bool o2TestsReachable() const { return car.bus == sim::Bus::KLine; }
 };
 
 std::string boxes(const test::ProgramWindow& p)
@@ -191,7 +221,7 @@ TEST_P(GarageCar, EveryGenericServiceShowsWhatTheCarHolds)
 
     p->showTab(3);
     auto* sensors = p->find<QComboBox>("cmbMode5");
-    const bool hasO2Tests = anyUnit(car, [](const auto& u) { return !u.o2Tests.empty(); });
+    const bool hasO2Tests = o2TestsReachable() && !engine.o2Tests.empty();
     if (sensors->count() > 0) {
         sensors->setCurrentIndex(0);
         emit sensors->activated(0);
@@ -201,8 +231,7 @@ TEST_P(GarageCar, EveryGenericServiceShowsWhatTheCarHolds)
 
     p->showTab(4);
     p->click("cmdRequestMode6");
-    EXPECT_EQ(p->screen.gridMode6.rows() > 1, anyUnit(car, [](const auto& u) { return !u.monitorTests.empty(); }))
-        << car.name;
+    EXPECT_EQ(p->screen.gridMode6.rows() > 1, !engine.monitorTests.empty()) << car.name;
 
     p->showTab(5);
     for (auto* button : p->window->findChildren<QPushButton*>("cmdModeOnce")) {
@@ -281,9 +310,10 @@ TEST_P(GarageCar, ManufacturerModulesWhereTheCarHasThem)
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Garage, GarageCar, ::testing::ValuesIn(garageFiles()),
+INSTANTIATE_TEST_SUITE_P(Garage, GarageCar, ::testing::ValuesIn(garageCars()),
                          [](const auto& info) {
-                             std::string name = std::filesystem::path(info.param).stem().string();
+                             std::string name = std::filesystem::path(info.param.file).stem().string() +
+                                                (info.param.elm327 ? "_elm327" : "");
                              std::replace_if(name.begin(), name.end(), [](char c) { return !std::isalnum(static_cast<unsigned char>(c)); }, '_');
                              return name;
                          });
