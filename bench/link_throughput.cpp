@@ -1,6 +1,8 @@
 // Mode 01 requests per second against the virtual vehicle on the real clock, beside the limit the
-// wire's own timing allows, and the process's CPU share while it polls.
+// wire's own timing allows, and the process's CPU share while it polls: through the K-line cable,
+// then through the emulated ELM327 on a K-line car and on CAN cars.
 #include "link/LinkSession.h"
+#include "sim/Elm327Adapter.h"
 #include "sim/VirtualVehicle.h"
 
 #include <sys/resource.h>
@@ -36,6 +38,72 @@ std::vector<std::string> split(const std::string& reply)
     return out;
 }
 
+// The same request sent back to back for so many seconds of the clock.
+struct Polling {
+    int done = 0, empty = 0;
+    Micros wall = 0, cpu = 0;
+
+    double rate() const { return done / (static_cast<double>(wall) / 1e6); }
+    double cpuPercent() const { return 100.0 * static_cast<double>(cpu) / static_cast<double>(wall); }
+};
+
+Polling poll(link::LinkSession& session, link::Clock& clock, const std::string& frame, double seconds)
+{
+    Polling p;
+    const Micros wallStart = clock.now(), cpuStart = cpuTime();
+    while (clock.now() - wallStart < static_cast<Micros>(seconds * 1e6)) {
+        if (session.DecodeReply(session.Transact(frame)).empty())
+            ++p.empty;
+        ++p.done;
+    }
+    p.wall = clock.now() - wallStart;
+    p.cpu = cpuTime() - cpuStart;
+    return p;
+}
+
+// Through the emulated adapter, whose limit is its own: a tester that sends each command the moment
+// the prompt arrives (the adapter counts the time it is engaged, serial bytes included).
+int throughAdapter(double seconds)
+{
+    struct Row {
+        const char* name;
+        sim::Bus bus;
+        int protocol;
+        const char* request;
+    };
+    const Row rows[] = {
+        {"K-line ISO 9141-2", sim::Bus::KLine, 1, "686AF1010C"},
+        {"CAN 11-bit 500k", sim::Bus::Can11At500, 5, "686AF1010C"},
+        {"CAN 29-bit 250k", sim::Bus::Can29At250, 8, "686AF1010C"},
+    };
+    std::printf("\n%-20s %10s %12s %8s %8s %s\n", "ELM327, car on", "req/s", "limit req/s", "ratio", "CPU %",
+                "empty/requests");
+    for (const Row& row : rows) {
+        link::SteadyClock clock;
+        sim::VehicleProfile car = sim::builtInVehicle();
+        car.bus = row.bus;
+        sim::Elm327Adapter adapter(clock, sim::configFor(car, 1));
+        link::LinkSession session([&](int, link::InterfaceType) { return adapter.makeWire(); }, clock);
+        session.SetInterface(link::InterfaceType::Elm327, sim::Elm327Adapter::kBaud);
+        std::string keys;
+        if (!session.InitializeEcu("33", 10400, 0, row.protocol, "", false, keys)) {
+            std::printf("%s: the car did not answer through the adapter\n", row.name);
+            return 1;
+        }
+        const std::string frame = session.EncodeRequest(row.request);
+        session.Transact(frame);
+
+        const sim::Elm327Adapter::Load before = adapter.load();
+        const Polling p = poll(session, clock, frame, seconds);
+        const sim::Elm327Adapter::Load after = adapter.load();
+        const double limit = static_cast<double>(after.commands - before.commands) /
+                             (static_cast<double>(after.busy - before.busy) / 1e6);
+        std::printf("%-20s %10.2f %12.2f %8.3f %8.2f %4d/%d\n", row.name, p.rate(), limit, p.rate() / limit,
+                    p.cpuPercent(), p.empty, p.done);
+    }
+    return 0;
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -48,7 +116,7 @@ int main(int argc, char** argv)
         for (int p4 : {5, 25}) {
             link::SteadyClock clock;
             sim::VirtualVehicle vehicle(clock);
-            link::LinkSession session([&](int) { return vehicle.makeWire(); }, clock);
+            link::LinkSession session([&](int, link::InterfaceType) { return vehicle.makeWire(); }, clock);
             session.SetP3Delay(p3);
             session.SetP4Delay(p4);
             std::string keys;
@@ -63,14 +131,7 @@ int main(int argc, char** argv)
             for (const auto& m : messages)
                 replyBytes += m.size() / 2;
 
-            const Micros wallStart = clock.now(), cpuStart = cpuTime();
-            int done = 0, empty = 0;
-            while (clock.now() - wallStart < static_cast<Micros>(seconds * 1e6)) {
-                if (session.DecodeReply(session.Transact(frame)).empty())
-                    ++empty;
-                ++done;
-            }
-            const Micros wall = clock.now() - wallStart, cpu = cpuTime() - cpuStart;
+            const Polling p = poll(session, clock, frame, seconds);
 
             // The wire's limit from the same timing: the tester's P4 is held to 20 ms by the link.
             const double byte = 10.0 / 10400 * 1e6;
@@ -81,11 +142,10 @@ int main(int argc, char** argv)
             const double limit = p3 * 1000.0 + body + 50'000.0;
             // P3 counts from the last reply byte, so the 50 ms of silence that ends the replies is inside it.
             const double overlapped = std::max(p3 * 1000.0, 50'000.0) + body;
-            const double rate = done / (wall / 1e6);
-            std::printf("%-6d %-6d %10.2f %12.2f %12.2f %8.3f %8.3f %8.2f %4d/%d\n", p3, p4, rate, 1e6 / limit,
-                        1e6 / overlapped, rate / (1e6 / limit), rate / (1e6 / overlapped),
-                        100.0 * static_cast<double>(cpu) / static_cast<double>(wall), empty, done);
+            std::printf("%-6d %-6d %10.2f %12.2f %12.2f %8.3f %8.3f %8.2f %4d/%d\n", p3, p4, p.rate(), 1e6 / limit,
+                        1e6 / overlapped, p.rate() / (1e6 / limit), p.rate() / (1e6 / overlapped), p.cpuPercent(),
+                        p.empty, p.done);
         }
     }
-    return 0;
+    return throughAdapter(seconds);
 }
