@@ -139,11 +139,11 @@ void Elm327Engine::openAdapter(int port)
     if (!port_.open(port) && dialogue_)
         return;
     dialogue_ = std::make_unique<ElmDialogue>(port_.wire(), clock_, trace_, idle_);
-    baudInUse_ = findBaud(port);
-    setUp(port);
+    baudInUse_ = findBaud();
+    setUp();
 }
 
-int Elm327Engine::findBaud(int port)
+int Elm327Engine::findBaud()
 {
     if (adapterBaud_ != kElmAutoBaud) {
         port_.wire().setBaud(adapterBaud_);
@@ -158,21 +158,21 @@ int Elm327Engine::findBaud(int port)
         }
     }
     throw LinkError(LinkError::Kind::Adapter,
-                    "No ELM327 answered on port " + std::to_string(port) +
+                    "No ELM327 answered on " + port_.describe() +
                         " at 38400, 9600, 115200 or 500000 baud: is the adapter plugged into the car (it takes its "
                         "power from the socket), and is ELM327 the right interface type?");
 }
 
-void Elm327Engine::setUp(int port)
+void Elm327Engine::setUp()
 {
     const auto reset = dialogue_->tryCommand("ATZ", kResetTimeout);
     if (!reset)
         throw LinkError(LinkError::Kind::Adapter,
-                        "The device on port " + std::to_string(port) + " did not answer the reset (ATZ) at " +
+                        "The device on " + port_.describe() + " did not answer the reset (ATZ) at " +
                             std::to_string(baudInUse_) + " baud: set the adapter baud in the settings, or let it be found.");
     if (!contains(*reset, kIdentity))
         throw LinkError(LinkError::Kind::Adapter,
-                        "The device on port " + std::to_string(port) + " answered the reset (ATZ) with \"" + joined(*reset) +
+                        "The device on " + port_.describe() + " answered the reset (ATZ) with \"" + joined(*reset) +
                             "\", not as an ELM327 adapter does: choose the interface type that matches the cable in the "
                             "settings.");
     dialogue_->command("ATI", kCommandTimeout);

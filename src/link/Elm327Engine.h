@@ -56,8 +56,8 @@ public:
 private:
     WakeUpResult wakeUpOnAdapter(const WakeUpRequest& request);
     void openAdapter(int port);
-    int findBaud(int port);
-    void setUp(int port);
+    int findBaud();
+    void setUp();
     void expectOk(const std::string& command);
     void setHeader(const std::string& header);
     std::string headerFor(const Bytes& frame) const;

@@ -29,6 +29,12 @@ bool EnginePort::open(int port)
     return true;
 }
 
+std::string EnginePort::describe() const
+{
+    const std::string name = wire_ ? wire_->name() : std::string();
+    return name.empty() ? "port " + std::to_string(number_) : name;
+}
+
 bool EnginePort::isOpen() const { return wire_ && wire_->isOpen() && !closePending_; }
 
 void EnginePort::close()

@@ -25,6 +25,8 @@ public:
     // Opens the port unless it stands open on the same number already; true when opened now.
     bool open(int port);
     Wire& wire() { return *wire_; }
+    // The open port as the user knows it: its device, or "port N".
+    std::string describe() const;
     // Open, and no close waiting for the exchange to end.
     bool isOpen() const;
     // Closes at once, or at the end of the running exchange.

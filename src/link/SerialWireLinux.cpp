@@ -29,6 +29,8 @@ std::string because() { return " (" + std::string(std::strerror(errno)) + ")"; }
 class LinuxSerialWire final : public Wire {
 public:
     LinuxSerialWire(std::string device, Clock& clock) : device_(std::move(device)), clock_(clock) {}
+
+    std::string name() const override { return device_; }
     ~LinuxSerialWire() override { close(); }
 
     void open() override

@@ -15,6 +15,8 @@ constexpr DWORD kWriteTimeoutMs = 1000;
 class WindowsSerialWire final : public Wire {
 public:
     WindowsSerialWire(std::string device, Clock& clock) : device_(std::move(device)), clock_(clock) {}
+
+    std::string name() const override { return device_; }
     ~WindowsSerialWire() override { close(); }
 
     void open() override

@@ -8,6 +8,7 @@
 #include <functional>
 #include <memory>
 #include <span>
+#include <string>
 
 namespace kvx::link {
 
@@ -16,6 +17,10 @@ namespace kvx::link {
 class Wire {
 public:
     virtual ~Wire() = default;
+
+    // What the user knows the wire by ("/dev/rfcomm0", "COM3"), for messages; empty when the
+    // settings' port number names it well enough.
+    virtual std::string name() const { return {}; }
 
     virtual void open() = 0;
     virtual void close() = 0;

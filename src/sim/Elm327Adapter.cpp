@@ -49,6 +49,8 @@ class AdapterWire final : public link::Wire {
 public:
     explicit AdapterWire(Elm327Adapter& adapter) : adapter_(adapter) {}
 
+    std::string name() const override { return "the virtual vehicle's ELM327"; }
+
     void open() override { open_ = true; }
     void close() override
     {

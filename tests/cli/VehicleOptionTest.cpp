@@ -40,6 +40,8 @@ TEST(VehicleOption, ACarThatCannotBeHadIsAUsageErrorSayingWhy)
         {{"dtc", "--port", "3", "--vehicle", "hybrid"}, "--vehicle is for the virtual vehicle"},
         {{"sim", "--pty", "--vehicle", broken}, "units[0].pids.0C.constant"},
         {{"sim", "--list", "--vehicle", "hybrid"}, "--list goes alone"},
+        {{"sim", "--pty", "--vehicle", "can-500"}, "can-500 is a CAN car, which no K-line cable reaches; serve it with --elm327"},
+        {{"dtc", "--port", "sim", "--interface", "elm327", "--faults", "0.1"}, "the emulated ELM327 answers without faults"},
     };
     for (const auto& c : cases) {
         const Result run = kvx.run(c.args);
@@ -68,6 +70,56 @@ TEST(VehicleOption, TheChosenCarIsTheOneThatAnswers)
     EXPECT_TRUE(hybrid.out.startsWith("P0A80 - No Desciption Available")) << hybrid.out.toStdString();
     EXPECT_TRUE(hybrid.out.contains("B1A00")) << hybrid.out.toStdString();
     EXPECT_FALSE(hybrid.out.contains("P0301")) << "the built-in car's codes:\n" << hybrid.out.toStdString();
+}
+
+// A car served on a pseudo-terminal by another kvx, as other software would find it.
+class ServedCar {
+public:
+    ServedCar(const Kvx& kvx, const QStringList& args)
+    {
+        kvx.start(server_, QStringList{"sim", "--pty"} + args);
+        QString out;
+        EXPECT_TRUE(waitForText(server_, out, QProcess::StandardOutput, "\n", std::chrono::seconds(20)));
+        path_ = out.trimmed();
+    }
+    ~ServedCar()
+    {
+        server_.kill();
+        server_.waitForFinished();
+    }
+    const QString& path() const { return path_; }
+
+private:
+    QProcess server_;
+    QString path_;
+};
+
+TEST(VehicleOption, CanCarsAnswerThroughAnElm327AndAWrongInterfaceIsSaidPlainly)
+{
+    const Kvx kvx;
+    const Result live = kvx.run({"live", "--port", "sim", "--interface", "elm327", "--vehicle", "can-500", "--virtual-time",
+                                 "--count", "2", "0C", "0D"});
+    EXPECT_EQ(live.code, 0) << live.err.toStdString();
+    EXPECT_EQ(live.out.count("Engine speed"), 2) << live.out.toStdString();
+    EXPECT_EQ(live.out.count("Vehicle speed"), 2) << live.out.toStdString();
+
+    const Result cable = kvx.run({"dtc", "--port", "sim", "--vehicle", "can-500", "--virtual-time"});
+    EXPECT_EQ(cable.code, 1);
+    EXPECT_TRUE(cable.err.contains("on CAN, which a K-line cable cannot reach")) << cable.err.toStdString();
+
+    // On a pseudo-terminal: the adapter in front of a CAN car, then a plain K-line bus that only
+    // echoes what the ELM327 engine says to it.
+    {
+        const ServedCar adapter(kvx, {"--elm327", "--vehicle", "can29-250"});
+        const Result codes = kvx.run({"dtc", "--port", adapter.path(), "--interface", "elm327"});
+        EXPECT_EQ(codes.code, 0) << codes.err.toStdString();
+        EXPECT_TRUE(codes.out.startsWith("P0087 - Fuel Rail/System Pressure - Too Low")) << codes.out.toStdString();
+    }
+    const ServedCar bus(kvx, {});
+    const Result refused = kvx.run({"dtc", "--port", bus.path(), "--interface", "elm327"});
+    EXPECT_EQ(refused.code, 1);
+    EXPECT_TRUE(refused.err.contains("The device on " + bus.path() + " did not answer the reset (ATZ)"))
+        << refused.err.toStdString();
 }
 
 } // namespace
