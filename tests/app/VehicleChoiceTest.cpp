@@ -45,7 +45,11 @@ TEST(VehicleChoice, TheSettingsCarListWorksOnTheVirtualPortIsSavedUnderItsOwnKey
 
     pick(port, "2");
     EXPECT_FALSE(car->isEnabled());
+    auto* interface = dialog->findChild<QComboBox*>("cmbInterface");
+    pick(port, settings::kVirtualAdapterEntry);
+    EXPECT_EQ(interface->currentText(), "ELM327");
     pick(port, settings::kVirtualVehicleEntry);
+    EXPECT_EQ(interface->currentText(), settings::kInterfaceName);
     ASSERT_TRUE(car->isEnabled());
     pick(car, "diesel");
     QTest::mouseClick(dialog->findChild<QPushButton*>("cmdApply"), Qt::LeftButton);
