@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <unistd.h>
 
 namespace kvx::cli::test {
 
@@ -57,13 +58,23 @@ public:
         return dir_.filePath("data/Korvenatronix OBD-II/Korvenatronix OBD-II/Log");
     }
 
+    // Runs kvx without root's right to open any file, as a user runs it, when the tests run as root.
+    void withoutRootsRights()
+    {
+        if (::geteuid() == 0)
+            launcher_ = {"setpriv", "--bounding-set=-dac_override,-dac_read_search", "--"};
+    }
+
     void start(QProcess& process, const QStringList& args) const
     {
         QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
         env.insert("XDG_CONFIG_HOME", dir_.filePath("config"));
         env.insert("XDG_DATA_HOME", dir_.filePath("data"));
         process.setProcessEnvironment(env);
-        process.start(program_, args);
+        if (launcher_.isEmpty())
+            process.start(program_, args);
+        else
+            process.start(launcher_.first(), launcher_.mid(1) + QStringList{program_} + args);
         EXPECT_TRUE(process.waitForStarted(10000));
     }
 
@@ -81,6 +92,7 @@ private:
 
     QTemporaryDir dir_;
     QString program_ = KVX_BIN_DIR "/kvx";
+    QStringList launcher_;
 };
 
 // Reads what a running kvx writes until the text appears or the time is up; true when it did.
