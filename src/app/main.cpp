@@ -21,16 +21,22 @@
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QIcon>
 #include <QTimer>
 
 using namespace kvx;
 
 int main(int argc, char** argv)
 {
+    // The resources are linked in from the windows' static library, which does not register them.
+    Q_INIT_RESOURCE(korvenatronix);
     QApplication application(argc, argv);
     QApplication::setApplicationName(QString::fromLatin1(settings::kStoreName));
     QApplication::setOrganizationName(QString::fromLatin1(settings::kStoreName));
     QApplication::setApplicationVersion(QStringLiteral(KVX_VERSION));
+    // The window shows the menu entry's icon, and desktops match it to that entry.
+    QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/korvenatronix-256.png")));
+    QGuiApplication::setDesktopFileName(QStringLiteral("korvenatronix"));
 
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral("K-line vehicle diagnostics"));
