@@ -1,5 +1,6 @@
 // Frames replayed per second at delay 0 into a grid shown offscreen, and the recorder's cost per
 // frame; each figure is the median of several runs.
+#include "garage/ProgramFolders.h"
 #include "link/Clock.h"
 #include "link/LinkSession.h"
 #include "log/LogController.h"
@@ -93,7 +94,7 @@ int main(int argc, char** argv)
     const char* pids[] = {"0C", "0D", "05", "0F", "10", "11", "04", "0B"};
     std::vector<double> recordCosts;
     for (int run = 0; run < 5; ++run) {
-        log::StartLogging(session, dir.path().toStdString(), QDateTime::currentDateTime());
+        log::StartLogging(session, garage::foldersBeside(dir.path()), QDateTime::currentDateTime());
         const auto start = std::chrono::steady_clock::now();
         for (int k = 0; k < kFrames; ++k)
             log::WriteLogFrame(session, std::string("486B1041") + pids[k % 8] + "1AF8" + "C4");

@@ -14,6 +14,7 @@
 #include "app/SessionActions.h"
 #include "app/StartUp.h"
 #include "app/frmMain.h"
+#include "garage/ProgramFolders.h"
 #include "link/Clock.h"
 #include "link/LinkSession.h"
 #include "ports/WireFactory.h"
@@ -206,9 +207,9 @@ int main(int argc, char** argv)
     MainScreen screen;
     PrintingShell shell;
     Session session(link, screen, shell);
-    const std::string programFolder = QCoreApplication::applicationDirPath().toStdString();
-    app::StartSession(session, true, programFolder);
-    app::MainActions actions = app::BindSessionActions(session, programFolder);
+    const garage::ProgramFolders folders = garage::runFolders();
+    app::StartSession(session, true, folders.shipped.toStdString());
+    app::MainActions actions = app::BindSessionActions(session, folders);
     // The effect of a stop click is Busy cleared, which the stop routine does.
     Mark stopped;
     for (std::function<void()>* stop : {&actions.Stop, &actions.StopLiveCombo})

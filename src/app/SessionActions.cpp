@@ -85,7 +85,7 @@ private:
 
 } // namespace
 
-MainActions BindSessionActions(Session& s, const std::string& programFolder)
+MainActions BindSessionActions(Session& s, const garage::ProgramFolders& folders)
 {
     // One command at a time: a click that arrives while another command lets events run (a
     // double click, a button on another tab) is dropped rather than run inside it, where its
@@ -192,7 +192,7 @@ MainActions BindSessionActions(Session& s, const std::string& programFolder)
     a.RequestMode6 = guarded([&s] { obd::RequestMonitorTests(s); });
     // A failed start has told the user why; the box stays ticked as they left it. Without a
     // session there is nothing to record, and no empty file is made.
-    a.LogToggled = [&s, programFolder](bool on) {
+    a.LogToggled = [&s, folders](bool on) {
         if (on && s.LinkDown) {
             s.screen.control("chkLog").setChecked(false);
             return;
@@ -200,7 +200,7 @@ MainActions BindSessionActions(Session& s, const std::string& programFolder)
         obd::RunCommand(s, [&] {
             s.screen.control("chkLog").setChecked(on);
             if (on)
-                log::StartLogging(s, programFolder, QDateTime::currentDateTime());
+                log::StartLogging(s, folders, QDateTime::currentDateTime());
             else
                 log::StopLogging(s);
         });

@@ -1,8 +1,7 @@
 #pragma once
 
 #include "app/MainActions.h"
-
-#include <string>
+#include "garage/ProgramFolders.h"
 
 namespace kvx {
 struct Session;
@@ -12,8 +11,7 @@ namespace kvx::app {
 
 // The main window's controls bound to the session's routines. Every control runs through the
 // general fault report, so any fault ends its command with a box and the session usable. Also
-// lets the window breathe during the link's long waits. Recordings go to the Log folder of
-// programFolder.
-MainActions BindSessionActions(Session& session, const std::string& programFolder);
+// lets the window breathe during the link's long waits. Recordings go to the folders' Log folder.
+MainActions BindSessionActions(Session& session, const garage::ProgramFolders& folders);
 
 } // namespace kvx::app

@@ -6,6 +6,7 @@
 #include "app/frmGraph.h"
 #include "app/frmMain.h"
 #include "enhanced/frmSelection.h"
+#include "garage/ProgramFolders.h"
 #include "link/Clock.h"
 #include "link/LinkSession.h"
 #include "log/frmLogController.h"
@@ -20,16 +21,22 @@
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QIcon>
 #include <QTimer>
 
 using namespace kvx;
 
 int main(int argc, char** argv)
 {
+    // The resources are linked in from the windows' static library, which does not register them.
+    Q_INIT_RESOURCE(korvenatronix);
     QApplication application(argc, argv);
     QApplication::setApplicationName(QString::fromLatin1(settings::kStoreName));
     QApplication::setOrganizationName(QString::fromLatin1(settings::kStoreName));
     QApplication::setApplicationVersion(QStringLiteral(KVX_VERSION));
+    // The window shows the menu entry's icon, and desktops match it to that entry.
+    QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/korvenatronix-256.png")));
+    QGuiApplication::setDesktopFileName(QStringLiteral("korvenatronix"));
 
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral("K-line vehicle diagnostics"));
@@ -53,7 +60,7 @@ int main(int argc, char** argv)
         QApplication::setPalette(ui::DarkPalette());
 
     // The window's session and link first; the rest of the load follows in StartSession.
-    const std::string programFolder = QCoreApplication::applicationDirPath().toStdString();
+    const garage::ProgramFolders folders = garage::runFolders();
     link::SteadyClock clock;
     // The car on the virtual vehicle port is the one the settings name at each connection.
     const Session* running = nullptr;
@@ -64,7 +71,7 @@ int main(int argc, char** argv)
     ui::QtShell shell;
     Session session(link, screen, shell);
     running = &session;
-    app::MainActions actions = app::BindSessionActions(session, programFolder);
+    app::MainActions actions = app::BindSessionActions(session, folders);
     app::frmMain window(screen, actions);
     shell.setParent(&window);
     window.setLogControllerFactory([&session](QWidget* parent) { return new log::frmLogController(session, parent); });
@@ -88,7 +95,7 @@ int main(int argc, char** argv)
     // The load runs once the window stands, so that a box it shows sits over the window and
     // does not hold the event loop up before it has started.
     QTimer::singleShot(0, &window, [&] {
-        app::StartSession(session, parser.isSet(virtualVehicle), programFolder,
+        app::StartSession(session, parser.isSet(virtualVehicle), folders.shipped.toStdString(),
                           parser.value(virtualVehicle).toStdString());
         if (parser.isSet(screenshots))
             app::TakeScreenshots(window, session, editor, actions, parser.value(screenshots));

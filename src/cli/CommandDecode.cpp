@@ -5,6 +5,7 @@
 #include "cli/ConsoleSession.h"
 
 #include "data/DtcDescriptions.h"
+#include "garage/ProgramFolders.h"
 #include "link/Hex.h"
 #include "link/ReplyText.h"
 #include "link/decode/PidValue.h"
@@ -14,7 +15,6 @@
 #include "link/decode/Vin.h"
 
 #include <QCommandLineParser>
-#include <QCoreApplication>
 #include <cstdio>
 #include <stdexcept>
 #include <string>
@@ -31,7 +31,7 @@ void fail(const std::string& message, const std::string& why)
     std::fprintf(stderr, "kvx decode: %s: %s\n", message.c_str(), why.c_str());
 }
 
-// The descriptions of the file beside the program, read the first time a code needs one, so
+// The descriptions of the program's trouble-code file, read the first time a code needs one, so
 // that decoding live values never depends on the file. A failed load is reported once.
 class CodeDescriptions {
 public:
@@ -39,7 +39,7 @@ public:
     {
         if (!loaded_) {
             ConsoleShell shell;
-            data::LoadDtcDescriptions(QCoreApplication::applicationDirPath().toStdString(), table_, shell);
+            data::LoadDtcDescriptions(garage::runFolders().shipped.toStdString(), table_, shell);
             loaded_ = true;
         }
         std::string text;
@@ -165,7 +165,7 @@ int RunDecode(const QStringList& args)
     parser.setApplicationDescription(
         "Decodes reply messages (whole frames in hex: header, service, data, checksum) into display text.\n"
         "41/42: metric and US value separated by a tab; 43/47: one trouble code a line with its\n"
-        "description from \"SAE OBD II CODES.dat\" beside the program;\n"
+        "description from the program's \"SAE OBD II CODES.dat\";\n"
         "44/7F: the answer in words; 45: TID, test, value, min, max; 46: TID, component, limit, type,\n"
         "result, pass/fail; 49: the VIN from its messages joined by ':'.\n"
         "Exit code 0 when every message decoded, 1 otherwise.");

@@ -5,6 +5,7 @@
 #include "cli/ServiceCommand.h"
 #include "data/GridLayouts.h"
 #include "enhanced/Modules.h"
+#include "garage/ProgramFolders.h"
 #include "log/LogFormat.h"
 #include "log/Recorder.h"
 #include "obd/CommandGuard.h"
@@ -13,7 +14,6 @@
 #include "session/Session.h"
 
 #include <QCommandLineParser>
-#include <QCoreApplication>
 #include <QDateTime>
 #include <QRegularExpression>
 #include <cstdio>
@@ -114,7 +114,8 @@ QString checkOptions(const QCommandLineParser& p)
 
 void addOptions(QCommandLineParser& p)
 {
-    p.addOption({"log", "Record the passes into the Log folder beside kvx, as the window's Log box does."});
+    p.addOption({"log", "Record the passes into the Log folder (beside kvx, or the user's data folder when installed), "
+                        "as the window's Log box does."});
     p.addOption({"module", WithDefault("generic (service 01), nissan-ecu, nissan-tcu or toyota.", "generic"), "M",
                  "generic"});
     p.addOption({"count", WithDefault("Passes to run; 0 polls until the unit falls silent or Ctrl+C.", "0"), "N", "0"});
@@ -135,8 +136,7 @@ int pollPasses(Session& session, const QCommandLineParser& p, OutputFormat forma
     if (!wanted.empty() && missing.size() == wanted.size())
         return Fail(QStringLiteral("kvx live: none of the items asked for is offered by the unit"));
     if (p.isSet("log")) {
-        if (!log::StartLogging(session, QCoreApplication::applicationDirPath().toStdString(),
-                               QDateTime::currentDateTime()))
+        if (!log::StartLogging(session, garage::runFolders(), QDateTime::currentDateTime()))
             return 1;
         std::fprintf(stderr, "recording to %s\n", session.LogPath.c_str());
     }

@@ -7,10 +7,10 @@
 #include "data/GridLayouts.h"
 #include "data/TabLayout.h"
 #include "data/VehicleLists.h"
+#include "garage/ProgramFolders.h"
 #include "link/SerialWire.h"
 #include "settings/SettingsStore.h"
 
-#include <QCoreApplication>
 #include <cstdio>
 
 namespace kvx::cli {
@@ -190,7 +190,7 @@ ConsoleSession::ConsoleSession(PortChoice choice, int protocol, int interface, b
     data::LayoutO2SensorGrid(screen_);
     data::LayoutMonitorTestGrid(screen_);
     data::BuildTabs(screen_, data::ModuleTabs(ModuleGeneric));
-    data::LoadDtcDescriptions(QCoreApplication::applicationDirPath().toStdString(), session_.DtcDescriptions, shell_);
+    data::LoadDtcDescriptions(garage::runFolders().shipped.toStdString(), session_.DtcDescriptions, shell_);
     session_.CodesWithoutNumberListed = true;
 }
 

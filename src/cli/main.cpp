@@ -1,4 +1,5 @@
 #include "cli/Command.h"
+#include "settings/SettingsStore.h"
 
 #include <QApplication>
 #include <cstdio>
@@ -62,7 +63,10 @@ int main(int argc, char** argv)
         qputenv("QT_QPA_PLATFORM", "offscreen");
     const std::unique_ptr<QCoreApplication> app =
         draws ? std::make_unique<QApplication>(argc, argv) : std::make_unique<QCoreApplication>(argc, argv);
-    QCoreApplication::setApplicationName(QStringLiteral("kvx"));
+    // To the system kvx is the window's program too: an installed kvx records into the same
+    // user's data folder, where the window's player finds the logs.
+    QCoreApplication::setOrganizationName(QString::fromLatin1(kvx::settings::kStoreName));
+    QCoreApplication::setApplicationName(QString::fromLatin1(kvx::settings::kStoreName));
     QCoreApplication::setApplicationVersion(QStringLiteral(KVX_VERSION));
     QStringList args = QCoreApplication::arguments();
     const QString first = args.value(1);

@@ -1,8 +1,8 @@
 #include "garage/Garage.h"
 
 #include "garage/ProfileReader.h"
+#include "garage/ProgramFolders.h"
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 
@@ -14,7 +14,7 @@ const QString kSuffix = QStringLiteral(".json");
 
 QString garageFolder()
 {
-    return QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("vehicles"));
+    return QDir(runFolders().shipped).filePath(QStringLiteral("vehicles"));
 }
 
 GarageListing listGarage(const QString& folder)

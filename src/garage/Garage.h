@@ -9,7 +9,7 @@
 namespace kvx::garage {
 
 // The garage: a folder of profile files, one car each, named by the file's name without ".json".
-// It ships as "vehicles" beside the program.
+// It ships as "vehicles" in the folder of the program's shipped files.
 QString garageFolder();
 
 // The garage's name of the built-in car, the one a virtual vehicle runs when no car is chosen.

@@ -40,6 +40,11 @@ public:
         fd_ = ::open(device_.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
         if (fd_ < 0 && errno == EBUSY)
             fail(LinkError::Kind::PortOpen, device_ + " is in use by another program: close it and try again");
+        // Serial devices belong to the group dialout, which a new user is not in.
+        if (fd_ < 0 && (errno == EACCES || errno == EPERM))
+            throw LinkError(LinkError::Kind::PortOpen,
+                            "No permission to open " + device_ + ": your user must be in the group dialout. Run "
+                            "sudo usermod -aG dialout $USER, then log out and back in.");
         if (fd_ < 0)
             fail(LinkError::Kind::PortOpen, "Cannot open " + device_ + ": is the cable plugged in?");
         // Two programs sharing one cable garble each other's requests: no one else may open it now.

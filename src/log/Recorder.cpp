@@ -23,6 +23,13 @@ void closeRecorderFile(Session& session)
     session.LogFileHandle.reset();
 }
 
+// The folder as the status bar shows it: the home folder as "~", so that the path fits the panel.
+std::string shownFolder(const QString& folder)
+{
+    const QString home = QDir::homePath() + QLatin1Char('/');
+    return (folder.startsWith(home) ? QStringLiteral("~/") + folder.mid(home.size()) : folder).toStdString();
+}
+
 void writeFrameCount(Session& session)
 {
     session.LogFileHandle->writeRecord(kFrameCountRecord,
@@ -31,19 +38,24 @@ void writeFrameCount(Session& session)
 
 } // namespace
 
-std::string LogFilePath(const std::string& programFolder, int moduleIndex, const QDateTime& started)
+std::string LogFilePath(const QString& logFolder, int moduleIndex, const QDateTime& started)
 {
     const QString name = QString::fromStdString(LogNamesFor(moduleIndex).fileWord) +
                          started.toString(QStringLiteral("MM-dd-yyyy ")) +
                          started.toString(QStringLiteral("HHmmss")) + QStringLiteral(".log");
-    return QDir(QString::fromStdString(programFolder)).filePath(QStringLiteral("Log/") + name).toStdString();
+    return QDir(logFolder).filePath(name).toStdString();
 }
 
-bool StartLogging(Session& session, const std::string& programFolder, const QDateTime& started)
+bool StartLogging(Session& session, const garage::ProgramFolders& folders, const QDateTime& started)
 {
     // A start while recording abandons the old file without its frame count.
     closeRecorderFile(session);
-    const std::string path = LogFilePath(programFolder, session.ModuleIndex, started);
+    if (folders.makesLogFolder && !QDir().mkpath(folders.log)) {
+        session.shell.messageBox(kLogBoxTitle, "Cannot create the folder " + folders.log.toStdString() +
+                                                   " for the recordings.", MessageIcon::Critical);
+        return false;
+    }
+    const std::string path = LogFilePath(folders.log, session.ModuleIndex, started);
     session.LogPath = path;
     QFile::remove(QString::fromStdString(path));
     try {
@@ -63,6 +75,9 @@ bool StartLogging(Session& session, const std::string& programFolder, const QDat
     session.LogRecordNumber = kFirstFrameRecord;
     session.LogStartMicros = session.link.clock().now();
     session.Logging = true;
+    // The user's data folder is nowhere a user would look for it.
+    if (folders.makesLogFolder)
+        session.screen.StatusBar1.setText(1, "RECORDING TO " + shownFolder(folders.log));
     return true;
 }
 

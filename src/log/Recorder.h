@@ -1,6 +1,9 @@
 #pragma once
 
+#include "garage/ProgramFolders.h"
+
 #include <QDateTime>
+#include <QString>
 #include <string>
 
 namespace kvx {
@@ -9,13 +12,14 @@ struct Session;
 
 namespace kvx::log {
 
-// The recording's full path: <program folder>/Log/<module word>MM-DD-YYYY HHMMSS.log.
-std::string LogFilePath(const std::string& programFolder, int moduleIndex, const QDateTime& started);
+// The recording's full path: <log folder>/<module word>MM-DD-YYYY HHMMSS.log.
+std::string LogFilePath(const QString& logFolder, int moduleIndex, const QDateTime& started);
 
-// Starts a recording (chkLog ticked). The Log folder beside the program must exist; it is never
-// created. A failure shows the system's reason through the shell and leaves Logging as it was.
-// Returns whether recording runs.
-bool StartLogging(Session& session, const std::string& programFolder, const QDateTime& started);
+// Starts a recording (chkLog ticked) in the folders' Log folder. Beside the program that folder
+// must exist and is never created; an installed program makes it, and its status bar says which
+// folder the recording goes to. A failure shows the reason through the shell and leaves Logging
+// as it was. Returns whether recording runs.
+bool StartLogging(Session& session, const garage::ProgramFolders& folders, const QDateTime& started);
 
 // Stops a recording (chkLog unticked): writes the frame count and closes the file.
 void StopLogging(Session& session);

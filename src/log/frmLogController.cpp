@@ -1,14 +1,13 @@
 #include "log/frmLogController.h"
 
 #include "data/TabLayout.h"
+#include "garage/ProgramFolders.h"
 #include "log/LogExport.h"
 #include "log/LogFormat.h"
 #include "session/MainScreen.h"
 #include "session/Session.h"
 
 #include <QCloseEvent>
-#include <QCoreApplication>
-#include <QDir>
 #include <QFileDialog>
 #include <QGridLayout>
 #include <QHBoxLayout>
@@ -126,7 +125,7 @@ frmLogController::~frmLogController() = default;
 
 QString frmLogController::logFolder() const
 {
-    return QDir(QCoreApplication::applicationDirPath()).filePath("Log");
+    return garage::runFolders().log;
 }
 
 void frmLogController::render()

@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <unistd.h>
 
 namespace kvx::cli::test {
 
@@ -19,8 +20,8 @@ struct Result {
     QStringList lines() const { return out.split('\n', Qt::SkipEmptyParts); }
 };
 
-// Runs the kvx beside the tests with a settings store of its own (not the user's), so what the
-// store holds is what a test put there.
+// Runs the kvx beside the tests with a settings store and a data folder of its own (not the
+// user's), so what they hold is what a test put there.
 class Kvx {
 public:
     Kvx() { EXPECT_TRUE(QDir().mkpath(storeDir())); }
@@ -43,12 +44,37 @@ public:
         return dir_.filePath("bin/Log");
     }
 
+    // A copy of kvx laid out as the package installs it: bin/ beside share/korvenatronix/ with the
+    // description file and one car of the garage. Returns where its recordings go.
+    QString installedProgram()
+    {
+        const QString shared = dir_.filePath("usr/share/korvenatronix");
+        EXPECT_TRUE(QDir().mkpath(dir_.filePath("usr/bin")));
+        EXPECT_TRUE(QDir().mkpath(shared + "/vehicles"));
+        program_ = dir_.filePath("usr/bin/kvx");
+        EXPECT_TRUE(QFile::copy(KVX_BIN_DIR "/kvx", program_));
+        EXPECT_TRUE(QFile::copy(KVX_BIN_DIR "/SAE OBD II CODES.dat", shared + "/SAE OBD II CODES.dat"));
+        EXPECT_TRUE(QFile::copy(KVX_BIN_DIR "/vehicles/hybrid.json", shared + "/vehicles/hybrid.json"));
+        return dir_.filePath("data/Korvenatronix OBD-II/Korvenatronix OBD-II/Log");
+    }
+
+    // Runs kvx without root's right to open any file, as a user runs it, when the tests run as root.
+    void withoutRootsRights()
+    {
+        if (::geteuid() == 0)
+            launcher_ = {"setpriv", "--bounding-set=-dac_override,-dac_read_search", "--"};
+    }
+
     void start(QProcess& process, const QStringList& args) const
     {
         QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
         env.insert("XDG_CONFIG_HOME", dir_.filePath("config"));
+        env.insert("XDG_DATA_HOME", dir_.filePath("data"));
         process.setProcessEnvironment(env);
-        process.start(program_, args);
+        if (launcher_.isEmpty())
+            process.start(program_, args);
+        else
+            process.start(launcher_.first(), launcher_.mid(1) + QStringList{program_} + args);
         EXPECT_TRUE(process.waitForStarted(10000));
     }
 
@@ -66,6 +92,7 @@ private:
 
     QTemporaryDir dir_;
     QString program_ = KVX_BIN_DIR "/kvx";
+    QStringList launcher_;
 };
 
 // Reads what a running kvx writes until the text appears or the time is up; true when it did.

@@ -46,6 +46,19 @@ TEST(ServiceCommands, ConnectOnTheSettingsPortAndSayWhenItIsTheVirtualVehicle)
     const Result raw = kvx.run({"raw", "--port", "sim", "--virtual-time", "686AF10100"});
     EXPECT_EQ(raw.code, 0) << raw.err.toStdString();
     EXPECT_TRUE(raw.err.contains(kVirtual));
+
+    // A port the user may not open: that reason, and the command that gives the right.
+    QTemporaryDir devices;
+    const QString locked = devices.filePath("ttyUSB0");
+    QFile(locked).open(QIODevice::WriteOnly);
+    QFile::setPermissions(locked, {});
+    Kvx user;
+    user.withoutRootsRights();
+    const Result refused = user.run({"dtc", "--port", locked});
+    EXPECT_EQ(refused.code, 1);
+    EXPECT_TRUE(refused.err.contains("No permission to open " + locked + ": your user must be in the group dialout"))
+        << refused.err.toStdString();
+    EXPECT_TRUE(refused.err.contains("sudo usermod -aG dialout $USER, then log out and back in"));
 }
 
 TEST(ServiceCommands, TroubleCodesAsTextAndAsJsonLinesTheSameWay)

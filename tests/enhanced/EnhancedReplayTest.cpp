@@ -34,7 +34,8 @@ void expectReplayShowsWhatLiveShowed(int module)
     ASSERT_TRUE(ConnectModule(car.session, module));
     QTemporaryDir dir;
     QDir(dir.path()).mkdir("Log");
-    ASSERT_TRUE(log::StartLogging(car.session, dir.path().toStdString(), QDateTime(QDate(2026, 11, 23), QTime(9, 0))));
+    ASSERT_TRUE(log::StartLogging(car.session, garage::foldersBeside(dir.path()),
+                                  QDateTime(QDate(2026, 11, 23), QTime(9, 0))));
     car.session.Busy = true;
     ASSERT_TRUE(PollModuleLiveData(car.session));
     log::StopLogging(car.session);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "garage/ProgramFolders.h"
 #include "link/Clock.h"
 #include "link/LinkSession.h"
 #include "log/LogController.h"
@@ -48,7 +49,7 @@ struct LogRig {
     QTemporaryDir dir;
 
     LogRig() { QDir(dir.path()).mkdir("Log"); }
-    std::string folder() const { return dir.path().toStdString(); }
+    garage::ProgramFolders folder() const { return garage::foldersBeside(dir.path()); }
     std::string file(const std::string& name) const { return QDir(dir.path()).filePath(QString::fromStdString(name)).toStdString(); }
 };
 

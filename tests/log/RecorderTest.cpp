@@ -94,7 +94,9 @@ TEST(Recorder, EachModuleHasItsFileWordAndHeaderAndAnUnknownOneNoHeader)
     }
 }
 
-TEST(Recorder, AMissingLogFolderGivesTheSystemsReasonAndCreatesNothing)
+// Beside the program a missing Log folder is the user's to make; an installed program makes its
+// own in the user's data folder and says where the recording goes.
+TEST(Recorder, AMissingLogFolderIsAnErrorBesideTheProgramAndMadeWhenInstalled)
 {
     LogRig rig;
     QDir(rig.dir.path()).rmdir("Log");
@@ -105,6 +107,13 @@ TEST(Recorder, AMissingLogFolderGivesTheSystemsReasonAndCreatesNothing)
     EXPECT_NE(rig.shell.boxes[0].text.find("No such file or directory"), std::string::npos);
     EXPECT_FALSE(QDir(rig.dir.path()).exists("Log"));
     WriteLogFrame(rig.session, "486B1041");
+
+    const QString data = QDir(rig.dir.path()).filePath("data/Korvenatronix OBD-II/Log");
+    ASSERT_TRUE(StartLogging(rig.session, {rig.dir.path(), data, true}, kStarted));
+    StopLogging(rig.session);
+    EXPECT_EQ(QFileInfo(QString::fromStdString(rig.session.LogPath)).path(), data);
+    EXPECT_EQ(rig.screen.StatusBar1.text(1), "RECORDING TO " + data.toStdString());
+    EXPECT_EQ(rig.shell.boxes.size(), 1u);
 }
 
 

@@ -6,6 +6,7 @@
 #include "app/frmGraph.h"
 #include "app/frmMain.h"
 #include "enhanced/frmSelection.h"
+#include "garage/ProgramFolders.h"
 #include "link/Clock.h"
 #include "link/LinkSession.h"
 #include "log/frmLogController.h"
@@ -63,7 +64,7 @@ struct ProgramWindow {
             file.open(QIODevice::WriteOnly);
             file.write(descriptions);
         }
-        actions = app::BindSessionActions(session, programFolder());
+        actions = app::BindSessionActions(session, garage::foldersBeside(folder.path()));
         window = std::make_unique<app::frmMain>(screen, actions);
         window->setLogControllerFactory(
             [this](QWidget* parent) { return new log::frmLogController(session, parent); });
