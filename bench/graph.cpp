@@ -1,6 +1,23 @@
 // The graph's figures: samples taken per second, the longest event-loop gap while eight items
 // update at the live rate, how long a 100,000-frame log takes to draw at once, and the memory
 // eight items hold after 30 minutes of polling.
+//
+// Usage: bench_graph [rounds of the live comparison, default 5] [seconds per run, default 6]
+//
+// The live comparison is bench_ui_latency's measure of the same program: the main window polls
+// the virtual vehicle's live data on the real clock while a 5 ms heartbeat notes the longest
+// stretch without events; each round runs once without the graph window and once with it open,
+// plotting eight items, so the difference is what the graph adds.
+#include "app/SessionActions.h"
+#include "app/StartUp.h"
+#include "app/frmGraph.h"
+#include "app/frmMain.h"
+#include "link/Clock.h"
+#include "link/LinkSession.h"
+#include "ports/WireFactory.h"
+#include "session/MainScreen.h"
+#include "session/Session.h"
+#include "ui/QtShell.h"
 #include "log/LogFile.h"
 #include "log/LogGraph.h"
 #include "log/ReplayFrames.h"
@@ -9,12 +26,15 @@
 
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QSettings>
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTimer>
+#include <algorithm>
 #include <cstdio>
 #include <fstream>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -75,12 +95,112 @@ double longestGapMs(GraphModel* graph, kvx::ui::GraphChart* chart, int runMs, do
     return static_cast<double>(longest) / 1e6;
 }
 
+class PrintingShell : public kvx::ui::QtShell {
+public:
+    void messageBox(const std::string& title, const std::string& text, kvx::MessageIcon) override
+    {
+        std::fprintf(stderr, "%s: %s\n", title.c_str(), text.c_str());
+    }
+};
+
+double median(std::vector<double> v)
+{
+    std::sort(v.begin(), v.end());
+    return v.empty() ? 0 : v[v.size() / 2];
+}
+
+// Live data on the virtual vehicle, real clock, with and without the graph: see the top.
+void liveComparison(int rounds, int seconds)
+{
+    using namespace kvx;
+    QTemporaryDir store;
+    QSettings::setDefaultFormat(QSettings::IniFormat);
+    QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, store.path());
+    link::SteadyClock clock;
+    link::LinkSession link(ports::makeWireFactory(clock), clock);
+    MainScreen screen;
+    PrintingShell shell;
+    Session session(link, screen, shell);
+    const std::string folder = QCoreApplication::applicationDirPath().toStdString();
+    app::StartSession(session, true, folder);
+    app::MainActions actions = app::BindSessionActions(session, folder);
+    app::frmMain window(screen, actions);
+    shell.setParent(&window);
+    window.show();
+    if (!actions.ConnectModule(ModuleGeneric)) {
+        std::fprintf(stderr, "could not connect to the virtual vehicle\n");
+        return;
+    }
+    screen.TabStrip1.select(0);
+
+    QElapsedTimer clockNs;
+    clockNs.start();
+    qint64 lastBeat = 0, longest = 0;
+    QTimer heartbeat;
+    heartbeat.setTimerType(Qt::PreciseTimer);
+    heartbeat.setInterval(5);
+    QObject::connect(&heartbeat, &QTimer::timeout, [&] {
+        const qint64 t = clockNs.nsecsElapsed();
+        if (lastBeat > 0)
+            longest = std::max(longest, t - lastBeat);
+        lastBeat = t;
+    });
+    heartbeat.start();
+    // One run: live data for the given time; the longest gap and the samples the graph took.
+    auto run = [&](app::frmGraph* graph) {
+        lastBeat = 0;
+        longest = 0;
+        const std::size_t before = graph ? graph->model().pointCount() : 0;
+        QTimer::singleShot(seconds * 1000, &window, [&] { actions.Stop(); });
+        actions.RequestMode1();
+        return std::make_pair(static_cast<double>(longest) / 1e6,
+                              graph ? graph->model().pointCount() - before : std::size_t{0});
+    };
+
+    // The eight items: the first eight numeric rows of the grid, picked as the user does.
+    std::vector<std::string> eight;
+    {
+        app::frmGraph probe(session);
+        probe.model().setPlotted({});
+        run(&probe);
+        for (const GraphModel::Item& item : probe.model().items())
+            if (item.numeric && eight.size() < GraphModel::kMaxSeries)
+                eight.push_back(item.id);
+    }
+    std::vector<double> without, with, added;
+    double rate = 0;
+    for (int r = 0; r < rounds; ++r) {
+        const double alone = run(nullptr).first;
+        auto* graph = new app::frmGraph(session, &window);
+        graph->setAttribute(Qt::WA_DeleteOnClose);
+        graph->show();
+        graph->model().setPlotted(eight);
+        const auto [gap, samples] = run(graph);
+        graph->close();
+        QApplication::processEvents();
+        rate = static_cast<double>(samples) / seconds;
+        without.push_back(alone);
+        with.push_back(gap);
+        added.push_back(gap - alone);
+        std::printf("live round %d: longest gap %.2f ms without the graph, %.2f ms with %zu items plotted (%.1f samples/s)\n",
+                    r + 1, alone, gap, eight.size(), rate);
+    }
+    std::printf("live data, real clock, %d rounds of %d s: longest gap median %.2f ms without the graph, %.2f ms "
+                "with it (ratio %.2f); added, median %.2f ms, worst %.2f ms\n",
+                rounds, seconds, median(without), median(with), median(with) / std::max(median(without), 1e-9),
+                median(added), *std::max_element(added.begin(), added.end()));
+    actions.Disconnect();
+}
+
 } // namespace
 
 int main(int argc, char** argv)
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("QT_QPA_PLATFORM", qgetenv("QT_QPA_PLATFORM").isEmpty() ? "offscreen" : qgetenv("QT_QPA_PLATFORM"));
     QApplication app(argc, argv);
+    const int rounds = argc > 1 ? std::max(1, std::atoi(argv[1])) : 5;
+    const int seconds = argc > 2 ? std::max(1, std::atoi(argv[2])) : 6;
+    liveComparison(rounds, seconds);
 
     {
         GraphModel graph;

@@ -59,6 +59,7 @@ private:
     GraphModel model_;
     std::unique_ptr<data::GraphFeed> feed_;
     double replayTime_ = 0;
+    bool replayTimed_ = false; // a frame of the log open in the player carried its time
     long long liveOrigin_ = 0;
     bool dirty_ = false;
     std::function<QString()> choosePicture_, chooseData_;
