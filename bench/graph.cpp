@@ -31,6 +31,7 @@
 #include <QTemporaryDir>
 #include <QTimer>
 #include <algorithm>
+#include <malloc.h>
 #include <cstdio>
 #include <fstream>
 #include <string>
@@ -43,6 +44,13 @@ using kvx::GraphModel;
 const char* const kIds[] = {"04", "05", "0B", "0C", "0D", "0E", "0F", "11"};
 // A K-line unit answers an item at most about 20 times a second.
 constexpr int kLiveRate = 20;
+
+// Bytes the program holds on its heap (allocated and not freed).
+std::size_t heapBytes()
+{
+    const struct mallinfo2 info = mallinfo2();
+    return info.uordblks + info.hblkhd;
+}
 
 long residentKb()
 {
@@ -200,10 +208,12 @@ int main(int argc, char** argv)
     QApplication app(argc, argv);
     const int rounds = argc > 1 ? std::max(1, std::atoi(argv[1])) : 5;
     const int seconds = argc > 2 ? std::max(1, std::atoi(argv[2])) : 6;
-    liveComparison(rounds, seconds);
+    if (rounds > 0 && !qEnvironmentVariableIsSet("KVX_BENCH_NO_LIVE"))
+        liveComparison(rounds, seconds);
 
     {
         GraphModel graph;
+        graph.setPlotted({kIds, kIds + 8});
         QElapsedTimer t;
         t.start();
         fill(graph, 600);
@@ -214,19 +224,35 @@ int main(int argc, char** argv)
 
     {
         const long before = residentKb();
+        const std::size_t heap = heapBytes();
         GraphModel graph;
+        graph.setPlotted({kIds, kIds + 8});
         fill(graph, 30 * 60);
-        std::printf("after 30 simulated minutes of 8 items at %d/s: %zu samples, %zu bytes of samples, "
-                    "resident memory +%ld kB\n",
-                    kLiveRate, graph.pointCount(), graph.pointCount() * sizeof(kvx::GraphPoint), residentKb() - before);
+        std::printf("after 30 simulated minutes of 8 items at %d/s: %zu samples held in %.1f MB of heap "
+                    "(resident +%ld kB)\n",
+                    kLiveRate, graph.pointCount(), static_cast<double>(heapBytes() - heap) / 1e6, residentKb() - before);
         fill(graph, 120 * 60);
-        std::printf("after 2 simulated hours: %zu samples (bounded), resident memory +%ld kB\n", graph.pointCount(),
-                    residentKb() - before);
+        std::printf("after 2 simulated hours: %zu samples (bounded) in %.1f MB of heap (resident +%ld kB)\n",
+                    graph.pointCount(), static_cast<double>(heapBytes() - heap) / 1e6, residentKb() - before);
+    }
+    {
+        // The most it holds: eight items fed far faster than a unit answers (200 a second each
+        // for 40 minutes), so the capacity and the thinning both act.
+        const std::size_t heap = heapBytes();
+        GraphModel fast;
+        fast.setPlotted({kIds, kIds + 8});
+        for (int i = 0; i < 40 * 60 * 200; ++i)
+            for (int k = 0; k < 8; ++k)
+                fast.offer(kIds[k], kIds[k], true, std::to_string(i % 97) + " x", "1 y", i * 0.005);
+        std::printf("8 items at 200/s for 40 simulated minutes: %zu samples over the last %.0f s, %.1f MB of heap\n",
+                    fast.pointCount(), fast.lastTime() - fast.firstTime(),
+                    static_cast<double>(heapBytes() - heap) / 1e6);
     }
 
     {
         const double idle = longestGapMs(nullptr, nullptr, 3000, 0);
         GraphModel graph;
+        graph.setPlotted({kIds, kIds + 8});
         kvx::ui::GraphChart chart(graph);
         chart.resize(900, 500);
         chart.show();
@@ -234,7 +260,29 @@ int main(int argc, char** argv)
         // The window stands and has drawn once before the run is measured.
         chart.redraw();
         QApplication::processEvents();
-        const double following = longestGapMs(&graph, &chart, 5000, 30 * 60);
+        // One turn of the window's redraw timer, taken apart: the lines made from the samples, then
+        // the chart painted (as the window system asks after it).
+        std::vector<double> lines, laidOut, paints;
+        for (int i = 0; i < 20; ++i) {
+            for (int k = 0; k < 8; ++k)
+                graph.offer(kIds[k], kIds[k], true, std::to_string((i * (k + 3)) % 250) + " x", "1 y",
+                            30 * 60 + i * 0.05);
+            QElapsedTimer t;
+            t.start();
+            chart.redraw();
+            lines.push_back(static_cast<double>(t.nsecsElapsed()) / 1e6);
+            t.restart();
+            // The chart lays its items out for the new lines and ranges on posted events.
+            QCoreApplication::sendPostedEvents();
+            laidOut.push_back(static_cast<double>(t.nsecsElapsed()) / 1e6);
+            t.restart();
+            chart.viewport()->repaint();
+            paints.push_back(static_cast<double>(t.nsecsElapsed()) / 1e6);
+        }
+        std::printf("one redraw of 8 items, last minute of 30 shown: lines %.2f ms, layout %.2f ms, paint %.2f ms "
+                    "(medians of 20)\n",
+                    median(lines), median(laidOut), median(paints));
+        const double following = longestGapMs(&graph, &chart, 5000, 30 * 60 + 1);
         chart.showAll();
         const double wholeRun = longestGapMs(&graph, &chart, 5000, 30 * 60 + 5);
         std::printf("longest event-loop gap: %.2f ms idle, %.2f ms with 8 items at %d/s (last minute shown), "

@@ -94,9 +94,12 @@ std::vector<QPointF> GraphSeries::drawPoints(double from, double to, int buckets
     // Per bucket, the lowest and the highest sample in the order they came, so peaks survive.
     auto it = first;
     while (it != end) {
-        const double bucketEnd = from + (std::floor((it->t - from) / width) + 1) * width;
+        // A sample's bucket is worked out one way for all, so rounding cannot put a sample past
+        // the end of the bucket it opens; each turn takes at least that sample.
+        auto bucketOf = [from, width](const GraphPoint& p) { return std::floor((p.t - from) / width); };
+        const double bucket = bucketOf(*it);
         auto low = it, high = it;
-        for (; it != end && it->t < bucketEnd; ++it) {
+        for (++it; it != end && bucketOf(*it) == bucket; ++it) {
             if (value(*it) < value(*low))
                 low = it;
             if (value(*it) > value(*high))
@@ -157,7 +160,8 @@ void GraphModel::offer(const std::string& id, const std::string& label, bool tic
         const PlotValue m = metricValue ? *metricValue : *usValue;
         const PlotValue u = usValue ? *usValue : *metricValue;
         // A unit first seen blank (a row shown before its US text came) is taken when it comes.
-        std::string metricUnit = SplitValue(metric).unit, usUnit = SplitValue(us).unit;
+        std::string metricUnit = metricValue ? metricValue->unit : std::string(),
+                    usUnit = usValue ? usValue->unit : std::string();
         if (metricUnit.empty())
             metricUnit = series->unit(false);
         if (usUnit.empty())

@@ -83,6 +83,25 @@ Scale roundScale(double low, double high)
     return {low, high, (high - low) / steps};
 }
 
+// The chart lays itself out anew for every change of an axis's format, interval or range, even
+// one to the same value: each is set only when it changes.
+void setFormat(QValueAxis& axis, const QString& format)
+{
+    if (axis.labelFormat() != format)
+        axis.setLabelFormat(format);
+}
+
+void setRange(QValueAxis& axis, double low, double high)
+{
+    if (axis.min() != low || axis.max() != high)
+        axis.setRange(low, high);
+}
+
+QString decimalFormat(double step)
+{
+    return QStringLiteral("%.") + QString::number(decimalsFor(step)) + QStringLiteral("f");
+}
+
 QString itemName(const GraphSeries& series, bool us)
 {
     const std::string& unit = series.unit(us);
@@ -279,21 +298,26 @@ void GraphChart::redraw()
         end_ = std::max(last, first + span_);
     }
     const double from = end_ - span_;
-    timeAxis_->setRange(from, end_);
+    setRange(*timeAxis_, from, end_);
     // Time marks on round seconds (or frames), some six across.
     const double interval = roundStep(span_ / 6);
-    timeAxis_->setTickInterval(interval);
-    timeAxis_->setLabelFormat(QStringLiteral("%.") + QString::number(decimalsFor(interval)) + QStringLiteral("f"));
+    if (timeAxis_->tickInterval() != interval)
+        timeAxis_->setTickInterval(interval);
+    setFormat(*timeAxis_, decimalFormat(interval));
     const std::vector<std::string> ids = model_.plotted();
-    // About one bucket per two pixels: what a line can show at this width, whatever its length.
-    const int buckets = std::max(100, static_cast<int>(chart()->plotArea().width() / 2));
+    // A bucket per four pixels, its lowest and highest sample drawn: a point per two pixels at
+    // most, whatever the line's length. The chart's layout and painting take about as long as
+    // the points it is given (bench_graph), so no more than a line can show at this width.
+    const int buckets = std::max(50, static_cast<int>(chart()->plotArea().width() / 4));
     for (std::size_t k = 0; k < ids.size() && k < lines_.size(); ++k) {
         const GraphSeries* series = model_.series(ids[k]);
         const std::vector<QPointF> points = series->drawPoints(from, end_, buckets, model_.us());
         lines_[k]->replace(QList<QPointF>(points.begin(), points.end()));
         // Sparse samples (a slow poll, the first values, an item the log holds once) are marked
         // each with a dot: a single one draws no line, and a line alone hides where they were.
-        lines_[k]->setPointsVisible(!series->isSwitch() && static_cast<int>(points.size()) * 8 < buckets);
+        const bool dots = !series->isSwitch() && static_cast<int>(points.size()) * 4 < buckets;
+        if (lines_[k]->pointsVisible() != dots)
+            lines_[k]->setPointsVisible(dots);
         if (qobject_cast<QCategoryAxis*>(scales_[k]))
             continue;
         double low = 0, high = 1;
@@ -304,9 +328,8 @@ void GraphChart::redraw()
             high = maxIt->y();
         }
         const Scale scale = roundScale(low, high);
-        scales_[k]->setRange(scale.low, scale.high);
-        scales_[k]->setLabelFormat(QStringLiteral("%.") + QString::number(decimalsFor(scale.step)) +
-                                   QStringLiteral("f"));
+        setRange(*scales_[k], scale.low, scale.high);
+        setFormat(*scales_[k], decimalFormat(scale.step));
     }
 }
 

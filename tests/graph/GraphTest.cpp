@@ -110,6 +110,42 @@ TEST(GraphModel, AFastSourceKeepsThirtyMinutesWithinTheBound)
     EXPECT_EQ(highest, 7000) << "a peak survives the thinning";
 }
 
+// A sample that falls on a bucket's edge as the floating point rounds it (here at 20 samples a
+// second, the last minute of 30 on 375 buckets) still moves the drawing on: it once went round
+// for ever, filling memory, and the window with it.
+TEST(GraphModel, DrawingEndsWhereverTheSamplesFallOnTheBuckets)
+{
+    GraphModel graph(200000);
+    for (int i = 0; i <= 30 * 60 * 20 + 20; ++i)
+        graph.offer("0C", "Engine speed", true, std::to_string(800 + i % 250) + " rpm", "1 rpm", i / 20.0);
+    for (int buckets : {100, 375, 400, 512})
+        for (double from : {1740.0, 1740.05, 1700.0, 0.0}) {
+            const auto points = graph.series("0C")->drawPoints(from, from + 60, buckets, false);
+            EXPECT_LE(points.size(), 2u * static_cast<std::size_t>(buckets) + 4) << from << " " << buckets;
+        }
+}
+
+// A value text is one number and perhaps a unit, or it is no value: read alike for the export's
+// columns and the graph's samples.
+TEST(ValueText, ANumberAndAUnitOrNothing)
+{
+    EXPECT_EQ(SplitValue("1726 rpm").value, "1726");
+    EXPECT_EQ(SplitValue("1726 rpm").unit, "rpm");
+    EXPECT_EQ(SplitValue("-40 °C").unit, "°C");
+    EXPECT_EQ(SplitValue("0.450").unit, "");
+    for (const char* whole : {"ratio 0.450", "12 km/h, 4 km/h", "1. V", "1  V", "1 ", ".5 V", "-", "", "1,5 \"km/h\"",
+                              "MIL OFF"}) {
+        EXPECT_EQ(SplitValue(whole).value, whole);
+        EXPECT_EQ(SplitValue(whole).unit, "");
+        EXPECT_FALSE(PlotValueOf(whole)) << whole;
+    }
+    EXPECT_DOUBLE_EQ(PlotValueOf("-12.75 g/s")->value, -12.75);
+    EXPECT_EQ(PlotValueOf("-12.75 g/s")->unit, "g/s");
+    EXPECT_FALSE(PlotValueOf("-12.75 g/s")->isSwitch);
+    EXPECT_TRUE(PlotValueOf("ON")->isSwitch);
+    EXPECT_DOUBLE_EQ(PlotValueOf("OFF")->value, 0);
+}
+
 // The user's pick may be nothing: unticking every item leaves the graph empty rather than
 // bringing the first four back with the next values.
 TEST(GraphModel, AnEmptyPickStaysEmpty)
