@@ -19,6 +19,7 @@
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
+#include <QScreen>
 #include <QSaveFile>
 #include <QTimer>
 #include <QVBoxLayout>
@@ -122,6 +123,40 @@ frmGraph::frmGraph(Session& session, QWidget* parent)
 }
 
 frmGraph::~frmGraph() = default;
+
+void frmGraph::showEvent(QShowEvent* event)
+{
+    QWidget::showEvent(event);
+    if (!placed_) {
+        placed_ = true;
+        place();
+    }
+}
+
+void frmGraph::place()
+{
+    QWidget* main = parentWidget() ? parentWidget()->window() : nullptr;
+    if (!main || !main->isVisible() || !screen())
+        return;
+    const QRect avail = main->screen()->availableGeometry();
+    const QRect outer = main->frameGeometry();
+    // The window manager's frame, as the main window has it.
+    const QSize frame = outer.size() - main->geometry().size();
+    resize(size().boundedTo(avail.size() - frame));
+    const QSize size = this->size() + frame;
+    constexpr int gap = 8;
+    for (const QPoint& at : {QPoint(outer.right() + 1 + gap, outer.top()),
+                             QPoint(outer.left() - gap - size.width(), outer.top()),
+                             QPoint(outer.left(), outer.bottom() + 1 + gap)}) {
+        if (avail.contains(QRect(at, size))) {
+            move(at);
+            return;
+        }
+    }
+    const QPoint over = outer.topLeft() + QPoint(48, 48);
+    move(std::clamp(over.x(), avail.left(), std::max(avail.left(), avail.right() + 1 - size.width())),
+         std::clamp(over.y(), avail.top(), std::max(avail.top(), avail.bottom() + 1 - size.height())));
+}
 
 double frmGraph::now() const
 {

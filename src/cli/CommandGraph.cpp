@@ -52,9 +52,12 @@ int RunGraph(const QStringList& args)
         return 1;
     }
     const bool timed = read.timed;
+    bool missing = false;
     for (const std::string& id : wanted)
-        if (!model.series(id))
+        if (!model.series(id)) {
             std::fprintf(stderr, "kvx graph: the log holds no numeric value of %s\n", id.c_str());
+            missing = true;
+        }
     if (model.plotted().empty()) {
         std::fprintf(stderr, "kvx graph: nothing to draw: the log holds no numeric value of the items asked for\n");
         return 1;
@@ -93,7 +96,8 @@ int RunGraph(const QStringList& args)
                      read.damage.c_str());
         return 1;
     }
-    return 0;
+    // The others are drawn, but not all that was asked for.
+    return missing ? 1 : 0;
 }
 
 } // namespace kvx::cli

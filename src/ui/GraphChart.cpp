@@ -115,6 +115,10 @@ GraphChart::GraphChart(const GraphModel& model, QWidget* parent)
 {
     setObjectName(QStringLiteral("chtGraph"));
     setRenderHint(QPainter::Antialiasing);
+    // A sample's dot reaches past what the chart repaints for its line, and a rescaled line left
+    // pieces of old dots behind (seen on X11): the whole chart is painted at each change, as
+    // the moving time axis asks for anyway.
+    setViewportUpdateMode(QGraphicsView::FullViewportUpdate);
     connect(&model_, &GraphModel::layoutChanged, this, &GraphChart::rebuild);
     rebuild();
 }
@@ -255,6 +259,16 @@ void GraphChart::rebuild()
         name->setData(0, line->name());
         key_.emplace_back(swatch, name);
     }
+    // An empty chart says why it is empty.
+    hint_ = nullptr;
+    if (ids.empty()) {
+        hint_ = new QGraphicsSimpleTextItem(model_.items().empty()
+                                                ? QStringLiteral("No values yet: start live data, or play a log.")
+                                                : QStringLiteral("Tick up to eight items in the list to plot them."),
+                                            chart());
+        hint_->setFont(keyFont);
+        hint_->setBrush(keyText);
+    }
     connect(chart(), &QChart::geometryChanged, this, &GraphChart::layoutKey, Qt::UniqueConnection);
     layoutKey();
     redraw();
@@ -282,6 +296,10 @@ void GraphChart::layoutKey()
         static_cast<QGraphicsLineItem*>(swatch)->setLine(x, y + rowHeight / 2, x + kSwatch, y + rowHeight / 2);
         text->setPos(x + kSwatch + kGap, y + (rowHeight - metrics.height()) / 2);
         x += entry + kBetween;
+    }
+    if (hint_) {
+        const QRectF area = chart()->plotArea().isEmpty() ? QRectF(QPointF(0, 0), chart()->size()) : chart()->plotArea();
+        hint_->setPos(area.center() - hint_->boundingRect().center());
     }
     const int top = key_.empty() ? 4 : static_cast<int>(std::ceil(y + rowHeight));
     if (chart()->margins().top() != top)

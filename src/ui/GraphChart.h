@@ -5,6 +5,7 @@
 #include <vector>
 
 class QGraphicsItem;
+class QGraphicsSimpleTextItem;
 class QLineSeries;
 class QValueAxis;
 
@@ -69,6 +70,7 @@ private:
     std::vector<QLineSeries*> lines_;
     std::vector<QValueAxis*> scales_;
     std::vector<std::pair<QGraphicsItem*, QGraphicsItem*>> key_; // swatch and name per item
+    QGraphicsSimpleTextItem* hint_ = nullptr;                   // why an empty chart is empty
     double span_ = kDefaultSpan;
     double end_ = kDefaultSpan;
     bool following_ = true;

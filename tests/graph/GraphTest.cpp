@@ -1,5 +1,6 @@
 #include "app/frmGraph.h"
 #include "log/LogFile.h"
+#include "log/LogExport.h"
 #include "log/LogGraph.h"
 #include "session/GraphModel.h"
 #include "session/ValueText.h"
@@ -14,8 +15,10 @@
 #include <QValueAxis>
 #include <QComboBox>
 #include <QImage>
+#include <QPointer>
 #include <QProcess>
 #include <cmath>
+#include <sstream>
 #include <gtest/gtest.h>
 
 namespace kvx {
@@ -437,6 +440,120 @@ TEST(GraphWindow, AReplayAtNoDelayDrawsTheWholeLogAtItsReceiveTimes)
     player->close();
 }
 
+// The window while a replay draws into it: opened twice it is one window; closed in the middle
+// of a replay the replay goes on to its end; opened again it follows the next play; resized
+// small, its key still fits.
+TEST(GraphWindow, ClosedWhileAReplayDrawsAndOpenedAgain)
+{
+    test::Watchdog watchdog("graph close");
+    GraphProgram p;
+    ASSERT_TRUE(p.actions.ConnectModule(ModuleGeneric));
+    QTest::mouseClick(p.find<QCheckBox>("chkLog"), Qt::LeftButton);
+    p.runFor("cmdRequestMode1", "cmdStop", 3 * p.screen.GridMode1.rows());
+    p.toolbar("Disconnect");
+    const QString path = QDir(p.logFolder()).filePath(QDir(p.logFolder()).entryList({"*.log"}).value(0));
+
+    app::frmGraph* graph = p.graph();
+    EXPECT_EQ(p.graph(), graph) << "a second press shows the same window";
+    EXPECT_EQ(p.window->findChildren<app::frmGraph*>().size(), 1);
+    p.toolbar("Log Controller");
+    auto* player = p.window->findChild<log::frmLogController*>();
+    player->setFileChooser([&] { return path; });
+    player->imgOpen_Click();
+    player->controller().setSpeed(1);
+    QPointer<app::frmGraph> watched(graph);
+    int shown = 0;
+    QObject::connect(&player->controller(), &log::LogController::frameShown, graph, [&] {
+        if (++shown == 5)
+            watched->close();
+    });
+    player->controller().play();
+    EXPECT_EQ(p.screen.StatusBar1.text(1), "LOG...END");
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_TRUE(watched.isNull()) << "the closed window is gone";
+
+    app::frmGraph* again = p.graph();
+    ASSERT_NE(again, nullptr);
+    player->controller().rewind();
+    player->controller().play();
+    EXPECT_GE(again->model().pointCount(), 4u) << "the new window follows the player";
+    again->resize(420, 300);
+    QApplication::processEvents();
+    for (QGraphicsItem* item : again->chart().chart()->childItems())
+        if (auto* text = dynamic_cast<QGraphicsSimpleTextItem*>(item))
+            EXPECT_LE(text->mapRectToScene(text->boundingRect()).right(), again->chart().chart()->size().width());
+    player->close();
+}
+
+// A log from before frames carried times, and one whose time tail lost its checksum: both replay
+// into the graph, the first over frame numbers, the second with the damaged frame at the time of
+// the one before it; the export leaves their times blank.
+TEST(GraphWindow, OldLogsAndBadTimeTailsReplayWithoutTimes)
+{
+    test::Watchdog watchdog("graph old logs");
+    GraphProgram p;
+    const QString old = QDir(p.logFolder()).filePath("old.log"), bad = QDir(p.logFolder()).filePath("bad.log");
+    for (const QString& path : {old, bad}) {
+        log::LogFile file(path.toStdString(), log::LogFile::Mode::Create);
+        file.writeRecord(98, "9");
+        file.writeRecord(100, "KORVENATRONIX OBDII LOG");
+        file.writeRecord(102, "01/17/2009");
+        for (long k = 0; k < 20; ++k) {
+            char text[40];
+            std::snprintf(text, sizeof text, "486B10410C%02X%02X00", 0x10 + static_cast<int>(k), 0x40);
+            if (path == old)
+                file.writeRecord(150 + k, text);
+            else
+                file.writeFrameRecord(150 + k, text, 1000 + 500 * k);
+        }
+        file.writeRecord(99, "20");
+    }
+    {
+        QFile damaged(bad);
+        ASSERT_TRUE(damaged.open(QIODevice::ReadWrite));
+        damaged.seek(155 * 128 - 1); // the last checksum byte of record 155, frame 6
+        char last = 0;
+        damaged.getChar(&last);
+        damaged.seek(155 * 128 - 1);
+        damaged.putChar(static_cast<char>(last ^ 0x5A));
+    }
+    log::LogFile check(bad.toStdString(), log::LogFile::Mode::Read);
+    EXPECT_EQ(check.readRecordTime(155), std::nullopt);
+    EXPECT_EQ(check.readRecordTime(156), 3500);
+
+    app::frmGraph* graph = p.graph();
+    p.toolbar("Log Controller");
+    auto* player = p.window->findChild<log::frmLogController*>();
+    for (int speed : {0, 1}) {
+        for (const QString& path : {old, bad}) {
+            player->setFileChooser([&] { return path; });
+            player->imgOpen_Click();
+            player->controller().setSpeed(speed);
+            player->controller().play();
+            const GraphSeries* series = graph->model().series("0C");
+            ASSERT_NE(series, nullptr) << speed;
+            ASSERT_EQ(series->size(), path == old ? 20u : 19u) << "speed " << speed << ": the damaged frame shares a time";
+            const auto* axis = qobject_cast<QValueAxis*>(graph->chart().chart()->axes(Qt::Horizontal).value(0));
+            ASSERT_NE(axis, nullptr);
+            if (path == old) {
+                EXPECT_EQ(axis->titleText(), "Frame") << speed;
+                EXPECT_DOUBLE_EQ(series->at(0).t, 1) << speed;
+                EXPECT_DOUBLE_EQ(series->last().t, 20) << speed;
+            } else {
+                EXPECT_EQ(axis->titleText(), "Time (s)") << speed;
+                EXPECT_DOUBLE_EQ(series->at(0).t, 1.0) << speed;
+                EXPECT_DOUBLE_EQ(series->at(4).t, 3.0) << speed << ": frame 6 went in at frame 5's time";
+                EXPECT_DOUBLE_EQ(series->last().t, 10.5) << speed;
+            }
+        }
+    }
+    player->close();
+    std::ostringstream csv;
+    log::ExportLog(bad.toStdString(), log::StandardLiveDecoding(), log::ExportFormat::Csv, csv);
+    EXPECT_NE(csv.str().find("\r\n3.000,5,0C,"), std::string::npos);
+    EXPECT_NE(csv.str().find("\r\n,6,0C,"), std::string::npos) << "no time where the tail is damaged";
+}
+
 TEST(GraphCommand, DrawsALogIntoAPictureWithoutADisplay)
 {
     test::ProgramWindow p;
@@ -461,6 +578,12 @@ TEST(GraphCommand, DrawsALogIntoAPictureWithoutADisplay)
     ASSERT_TRUE(kvx.waitForFinished(20000));
     EXPECT_EQ(kvx.exitCode(), 1);
     EXPECT_TRUE(QString(kvx.readAllStandardError()).contains("no numeric value of A7"));
+    QFile::remove(png);
+    kvx.start(KVX_BIN_DIR "/kvx", {"graph", log, "-o", png, "--pids", "0C,A7"});
+    ASSERT_TRUE(kvx.waitForFinished(20000));
+    EXPECT_EQ(kvx.exitCode(), 1) << "not all that was asked for is drawn";
+    EXPECT_TRUE(QString(kvx.readAllStandardError()).contains("no numeric value of A7"));
+    EXPECT_FALSE(QImage(png).isNull()) << "the others are";
 
     // What goes wrong is said: a missing log, a file that is no log, a damaged log (drawn up to
     // the damage), a picture that cannot be written.
