@@ -519,7 +519,7 @@ TEST(GraphWindow, OldLogsAndBadTimeTailsReplayWithoutTimes)
     }
     log::LogFile check(bad.toStdString(), log::LogFile::Mode::Read);
     EXPECT_EQ(check.readRecordTime(155), std::nullopt);
-    EXPECT_EQ(check.readRecordTime(156), 3500);
+    EXPECT_EQ(check.readRecordTime(156), 4000);
 
     app::frmGraph* graph = p.graph();
     p.toolbar("Log Controller");
