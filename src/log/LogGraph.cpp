@@ -3,42 +3,44 @@
 #include "log/LogRows.h"
 #include "session/GraphModel.h"
 
-#include <vector>
-
 namespace kvx::log {
 
 LogGraphResult LoadLogIntoGraph(const std::string& logPath, const LiveDecoding& decoding, GraphModel& graph)
 {
-    graph.clear();
     LogGraphResult result;
-    double t = 0;
-    // Frames before the first that carries a time wait for it: in a log with times they go at
-    // that time, in one without they go at their numbers.
-    std::vector<LogFrame> untimed;
-    auto offer = [&graph](const LogFrame& frame, double at) {
-        for (const LogRow& row : frame.rows)
-            graph.offer(row.item, row.description, true, row.metric, row.us, at);
-    };
-    const LogReadResult read = ReadLogFrames(logPath, decoding, [&](const LogFrame& frame) {
-        if (frame.receivedMs) {
-            t = static_cast<double>(*frame.receivedMs) / 1000.0;
-            if (!result.timed) {
+    // A log either has times or it has none, but for frames too long to carry one. Frames are
+    // drawn at their numbers until a time turns up; should one turn up after such frames (a log
+    // that opens with long frames), the log is drawn again with them at that first time.
+    std::optional<double> firstTime;
+    for (int pass = 0; pass < 2; ++pass) {
+        graph.clear();
+        result.timed = firstTime.has_value();
+        double t = firstTime.value_or(0);
+        bool numbered = false, again = false;
+        const LogReadResult read = ReadLogFrames(logPath, decoding, [&](const LogFrame& frame) {
+            if (again)
+                return;
+            if (frame.receivedMs) {
+                t = static_cast<double>(*frame.receivedMs) / 1000.0;
+                if (numbered) {
+                    firstTime = t;
+                    again = true;
+                    return;
+                }
                 result.timed = true;
-                for (const LogFrame& early : untimed)
-                    offer(early, t);
-                untimed.clear();
+            } else if (!result.timed) {
+                t = static_cast<double>(frame.number);
+                numbered = true;
             }
-        } else if (!result.timed) {
-            // A frame too long to carry its time keeps the time of the one before it.
-            untimed.push_back(frame);
-            return;
-        }
-        offer(frame, t);
-    });
-    for (const LogFrame& frame : untimed)
-        offer(frame, static_cast<double>(frame.number));
-    result.frames = read.frames;
-    result.damage = read.damage;
+            // A frame without its time in a log with times keeps the time of the one before it.
+            for (const LogRow& row : frame.rows)
+                graph.offer(row.item, row.description, true, row.metric, row.us, t);
+        });
+        result.frames = read.frames;
+        result.damage = read.damage;
+        if (!again)
+            break;
+    }
     return result;
 }
 

@@ -316,9 +316,14 @@ void GraphChart::redraw()
         end_ = std::max(last, first + span_);
     }
     const double from = end_ - span_;
-    setRange(*timeAxis_, from, end_);
-    // Time marks on round seconds (or frames), some six across.
+    // Time marks on round seconds (or frames), some six across. The axis makes its marks at
+    // each change of range or interval: a wider range takes its wider interval first, and a
+    // narrower one its range first, so it never makes thousands of marks (a log of 100,000
+    // frames shown whole at the marks of a minute took 40 s).
     const double interval = roundStep(span_ / 6);
+    if (interval > timeAxis_->tickInterval())
+        timeAxis_->setTickInterval(interval);
+    setRange(*timeAxis_, from, end_);
     if (timeAxis_->tickInterval() != interval)
         timeAxis_->setTickInterval(interval);
     setFormat(*timeAxis_, decimalFormat(interval));

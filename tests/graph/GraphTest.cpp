@@ -247,6 +247,31 @@ TEST(GraphChart, RoundScalesAndAKeyThatNamesEveryItemInFull)
     EXPECT_GT(chart.chart()->plotArea().top(), places.back().bottom()) << "the key stands above the plot";
 }
 
+// The time axis never holds a range at the marks of a far narrower one: shown whole, a log of
+// 100,000 frames once made some 10,000 marks on the way (40 s), and zoomed back in, the reverse.
+TEST(GraphChart, TheTimeAxisMakesSomeMarksWhateverTheRange)
+{
+    test::widgetApp();
+    GraphModel graph;
+    for (int i = 1; i <= 100000; i += 50)
+        graph.offer("0C", "Engine speed", true, std::to_string(800 + i % 300) + " rpm", "1 rpm", i);
+    ui::GraphChart chart(graph);
+    chart.resize(800, 400);
+    chart.show();
+    chart.redraw();
+    auto* axis = qobject_cast<QValueAxis*>(chart.chart()->axes(Qt::Horizontal).value(0));
+    ASSERT_NE(axis, nullptr);
+    double most = 0;
+    auto count = [&] { most = std::max(most, (axis->max() - axis->min()) / axis->tickInterval()); };
+    QObject::connect(axis, &QValueAxis::rangeChanged, count);
+    QObject::connect(axis, &QValueAxis::tickIntervalChanged, count);
+    chart.showAll();
+    chart.follow();
+    chart.showAll();
+    EXPECT_GT(most, 0);
+    EXPECT_LE(most, 20) << "marks across the axis at any moment";
+}
+
 // Paused, the view keeps the samples it shows while more arrive, zoom included; resumed, it
 // follows the newest again.
 TEST(GraphChart, APausedViewStaysPutUntilResumed)
