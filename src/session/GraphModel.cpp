@@ -160,8 +160,10 @@ void GraphModel::offer(const std::string& id, const std::string& label, bool tic
         const PlotValue m = metricValue ? *metricValue : *usValue;
         const PlotValue u = usValue ? *usValue : *metricValue;
         // A unit first seen blank (a row shown before its US text came) is taken when it comes.
-        std::string metricUnit = metricValue ? metricValue->unit : std::string(),
-                    usUnit = usValue ? usValue->unit : std::string();
+        // A cell that shows no number (the US one of "O2 voltage" reads "trim 0.0 %") plots the
+        // other cell's number, and so its unit.
+        std::string metricUnit = metricValue ? metricValue->unit : usValue->unit,
+                    usUnit = usValue ? usValue->unit : metricValue->unit;
         if (metricUnit.empty())
             metricUnit = series->unit(false);
         if (usUnit.empty())

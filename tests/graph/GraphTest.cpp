@@ -46,6 +46,13 @@ TEST(GraphModel, PlotsTheFirstFourTickedNumericItemsUnlessThePickSaysOtherwise)
     graph.offer("0C", "Engine speed", true, "800 rpm", "800 rpm", 1);
     EXPECT_EQ(graph.plotted(), (Ids{"A1", "0C"}));
     EXPECT_EQ(graph.series("0C")->unit(false), "rpm");
+
+    // A US cell without a number plots the metric one, with its unit.
+    GraphModel oxygen;
+    oxygen.offer("14", "O2 voltage / fuel trim Bank 1 Sensor 1", true, "0.100 V", "trim 0.0 %", 0);
+    ASSERT_NE(oxygen.series("14"), nullptr);
+    EXPECT_EQ(oxygen.series("14")->unit(true), "V");
+    EXPECT_FLOAT_EQ(oxygen.series("14")->last().us, 0.1f);
 }
 
 TEST(GraphModel, HoldsABoundedRecentPastAndFollowsASourceThatGoesBack)
