@@ -1,6 +1,23 @@
 // The graph's figures: samples taken per second, the longest event-loop gap while eight items
 // update at the live rate, how long a 100,000-frame log takes to draw at once, and the memory
 // eight items hold after 30 minutes of polling.
+//
+// Usage: bench_graph [rounds of the live comparison, default 5] [seconds per run, default 6]
+//
+// The live comparison is bench_ui_latency's measure of the same program: the main window polls
+// the virtual vehicle's live data on the real clock while a 5 ms heartbeat notes the longest
+// stretch without events; each round runs once without the graph window and once with it open,
+// plotting eight items, so the difference is what the graph adds.
+#include "app/SessionActions.h"
+#include "app/StartUp.h"
+#include "app/frmGraph.h"
+#include "app/frmMain.h"
+#include "link/Clock.h"
+#include "link/LinkSession.h"
+#include "ports/WireFactory.h"
+#include "session/MainScreen.h"
+#include "session/Session.h"
+#include "ui/QtShell.h"
 #include "log/LogFile.h"
 #include "log/LogGraph.h"
 #include "log/ReplayFrames.h"
@@ -9,12 +26,16 @@
 
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QSettings>
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTimer>
+#include <algorithm>
+#include <malloc.h>
 #include <cstdio>
 #include <fstream>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -23,6 +44,13 @@ using kvx::GraphModel;
 const char* const kIds[] = {"04", "05", "0B", "0C", "0D", "0E", "0F", "11"};
 // A K-line unit answers an item at most about 20 times a second.
 constexpr int kLiveRate = 20;
+
+// Bytes the program holds on its heap (allocated and not freed).
+std::size_t heapBytes()
+{
+    const struct mallinfo2 info = mallinfo2();
+    return info.uordblks + info.hblkhd;
+}
 
 long residentKb()
 {
@@ -75,15 +103,117 @@ double longestGapMs(GraphModel* graph, kvx::ui::GraphChart* chart, int runMs, do
     return static_cast<double>(longest) / 1e6;
 }
 
+class PrintingShell : public kvx::ui::QtShell {
+public:
+    void messageBox(const std::string& title, const std::string& text, kvx::MessageIcon) override
+    {
+        std::fprintf(stderr, "%s: %s\n", title.c_str(), text.c_str());
+    }
+};
+
+double median(std::vector<double> v)
+{
+    std::sort(v.begin(), v.end());
+    return v.empty() ? 0 : v[v.size() / 2];
+}
+
+// Live data on the virtual vehicle, real clock, with and without the graph: see the top.
+void liveComparison(int rounds, int seconds)
+{
+    using namespace kvx;
+    QTemporaryDir store;
+    QSettings::setDefaultFormat(QSettings::IniFormat);
+    QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, store.path());
+    link::SteadyClock clock;
+    link::LinkSession link(ports::makeWireFactory(clock), clock);
+    MainScreen screen;
+    PrintingShell shell;
+    Session session(link, screen, shell);
+    const std::string folder = QCoreApplication::applicationDirPath().toStdString();
+    app::StartSession(session, true, folder);
+    app::MainActions actions = app::BindSessionActions(session, folder);
+    app::frmMain window(screen, actions);
+    shell.setParent(&window);
+    window.show();
+    if (!actions.ConnectModule(ModuleGeneric)) {
+        std::fprintf(stderr, "could not connect to the virtual vehicle\n");
+        return;
+    }
+    screen.TabStrip1.select(0);
+
+    QElapsedTimer clockNs;
+    clockNs.start();
+    qint64 lastBeat = 0, longest = 0;
+    QTimer heartbeat;
+    heartbeat.setTimerType(Qt::PreciseTimer);
+    heartbeat.setInterval(5);
+    QObject::connect(&heartbeat, &QTimer::timeout, [&] {
+        const qint64 t = clockNs.nsecsElapsed();
+        if (lastBeat > 0)
+            longest = std::max(longest, t - lastBeat);
+        lastBeat = t;
+    });
+    heartbeat.start();
+    // One run: live data for the given time; the longest gap and the samples the graph took.
+    auto run = [&](app::frmGraph* graph) {
+        lastBeat = 0;
+        longest = 0;
+        const std::size_t before = graph ? graph->model().pointCount() : 0;
+        QTimer::singleShot(seconds * 1000, &window, [&] { actions.Stop(); });
+        actions.RequestMode1();
+        return std::make_pair(static_cast<double>(longest) / 1e6,
+                              graph ? graph->model().pointCount() - before : std::size_t{0});
+    };
+
+    // The eight items: the first eight numeric rows of the grid, picked as the user does.
+    std::vector<std::string> eight;
+    {
+        app::frmGraph probe(session);
+        probe.model().setPlotted({});
+        run(&probe);
+        for (const GraphModel::Item& item : probe.model().items())
+            if (item.numeric && eight.size() < GraphModel::kMaxSeries)
+                eight.push_back(item.id);
+    }
+    std::vector<double> without, with, added;
+    double rate = 0;
+    for (int r = 0; r < rounds; ++r) {
+        const double alone = run(nullptr).first;
+        auto* graph = new app::frmGraph(session, &window);
+        graph->setAttribute(Qt::WA_DeleteOnClose);
+        graph->show();
+        graph->model().setPlotted(eight);
+        const auto [gap, samples] = run(graph);
+        graph->close();
+        QApplication::processEvents();
+        rate = static_cast<double>(samples) / seconds;
+        without.push_back(alone);
+        with.push_back(gap);
+        added.push_back(gap - alone);
+        std::printf("live round %d: longest gap %.2f ms without the graph, %.2f ms with %zu items plotted (%.1f samples/s)\n",
+                    r + 1, alone, gap, eight.size(), rate);
+    }
+    std::printf("live data, real clock, %d rounds of %d s: longest gap median %.2f ms without the graph, %.2f ms "
+                "with it (ratio %.2f); added, median %.2f ms, worst %.2f ms\n",
+                rounds, seconds, median(without), median(with), median(with) / std::max(median(without), 1e-9),
+                median(added), *std::max_element(added.begin(), added.end()));
+    actions.Disconnect();
+}
+
 } // namespace
 
 int main(int argc, char** argv)
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("QT_QPA_PLATFORM", qgetenv("QT_QPA_PLATFORM").isEmpty() ? "offscreen" : qgetenv("QT_QPA_PLATFORM"));
     QApplication app(argc, argv);
+    const int rounds = argc > 1 ? std::max(1, std::atoi(argv[1])) : 5;
+    const int seconds = argc > 2 ? std::max(1, std::atoi(argv[2])) : 6;
+    if (rounds > 0 && !qEnvironmentVariableIsSet("KVX_BENCH_NO_LIVE"))
+        liveComparison(rounds, seconds);
 
     {
         GraphModel graph;
+        graph.setPlotted({kIds, kIds + 8});
         QElapsedTimer t;
         t.start();
         fill(graph, 600);
@@ -94,19 +224,35 @@ int main(int argc, char** argv)
 
     {
         const long before = residentKb();
+        const std::size_t heap = heapBytes();
         GraphModel graph;
+        graph.setPlotted({kIds, kIds + 8});
         fill(graph, 30 * 60);
-        std::printf("after 30 simulated minutes of 8 items at %d/s: %zu samples, %zu bytes of samples, "
-                    "resident memory +%ld kB\n",
-                    kLiveRate, graph.pointCount(), graph.pointCount() * sizeof(kvx::GraphPoint), residentKb() - before);
+        std::printf("after 30 simulated minutes of 8 items at %d/s: %zu samples held in %.1f MB of heap "
+                    "(resident +%ld kB)\n",
+                    kLiveRate, graph.pointCount(), static_cast<double>(heapBytes() - heap) / 1e6, residentKb() - before);
         fill(graph, 120 * 60);
-        std::printf("after 2 simulated hours: %zu samples (bounded), resident memory +%ld kB\n", graph.pointCount(),
-                    residentKb() - before);
+        std::printf("after 2 simulated hours: %zu samples (bounded) in %.1f MB of heap (resident +%ld kB)\n",
+                    graph.pointCount(), static_cast<double>(heapBytes() - heap) / 1e6, residentKb() - before);
+    }
+    {
+        // The most it holds: eight items fed far faster than a unit answers (200 a second each
+        // for 40 minutes), so the capacity and the thinning both act.
+        const std::size_t heap = heapBytes();
+        GraphModel fast;
+        fast.setPlotted({kIds, kIds + 8});
+        for (int i = 0; i < 40 * 60 * 200; ++i)
+            for (int k = 0; k < 8; ++k)
+                fast.offer(kIds[k], kIds[k], true, std::to_string(i % 97) + " x", "1 y", i * 0.005);
+        std::printf("8 items at 200/s for 40 simulated minutes: %zu samples over the last %.0f s, %.1f MB of heap\n",
+                    fast.pointCount(), fast.lastTime() - fast.firstTime(),
+                    static_cast<double>(heapBytes() - heap) / 1e6);
     }
 
     {
         const double idle = longestGapMs(nullptr, nullptr, 3000, 0);
         GraphModel graph;
+        graph.setPlotted({kIds, kIds + 8});
         kvx::ui::GraphChart chart(graph);
         chart.resize(900, 500);
         chart.show();
@@ -114,7 +260,29 @@ int main(int argc, char** argv)
         // The window stands and has drawn once before the run is measured.
         chart.redraw();
         QApplication::processEvents();
-        const double following = longestGapMs(&graph, &chart, 5000, 30 * 60);
+        // One turn of the window's redraw timer, taken apart: the lines made from the samples, then
+        // the chart painted (as the window system asks after it).
+        std::vector<double> lines, laidOut, paints;
+        for (int i = 0; i < 20; ++i) {
+            for (int k = 0; k < 8; ++k)
+                graph.offer(kIds[k], kIds[k], true, std::to_string((i * (k + 3)) % 250) + " x", "1 y",
+                            30 * 60 + i * 0.05);
+            QElapsedTimer t;
+            t.start();
+            chart.redraw();
+            lines.push_back(static_cast<double>(t.nsecsElapsed()) / 1e6);
+            t.restart();
+            // The chart lays its items out for the new lines and ranges on posted events.
+            QCoreApplication::sendPostedEvents();
+            laidOut.push_back(static_cast<double>(t.nsecsElapsed()) / 1e6);
+            t.restart();
+            chart.viewport()->repaint();
+            paints.push_back(static_cast<double>(t.nsecsElapsed()) / 1e6);
+        }
+        std::printf("one redraw of 8 items, last minute of 30 shown: lines %.2f ms, layout %.2f ms, paint %.2f ms "
+                    "(medians of 20)\n",
+                    median(lines), median(laidOut), median(paints));
+        const double following = longestGapMs(&graph, &chart, 5000, 30 * 60 + 1);
         chart.showAll();
         const double wholeRun = longestGapMs(&graph, &chart, 5000, 30 * 60 + 5);
         std::printf("longest event-loop gap: %.2f ms idle, %.2f ms with 8 items at %d/s (last minute shown), "

@@ -13,11 +13,13 @@
 #include "ui/GraphChart.h"
 
 #include <QComboBox>
+#include <QCoreApplication>
 #include <QFileDialog>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
+#include <QScreen>
 #include <QSaveFile>
 #include <QTimer>
 #include <QVBoxLayout>
@@ -42,8 +44,10 @@ frmGraph::frmGraph(Session& session, QWidget* parent)
     liveOrigin_ = session_.link.clock().now();
     feed_ = std::make_unique<data::GraphFeed>(session_.screen.GridMode1, model_, [this] { return now(); });
     // A grid laid out anew is a new run: its time starts at zero.
-    connect(&session_.screen.GridMode1, &GridModel::shapeChanged, this,
-            [this] { liveOrigin_ = session_.link.clock().now(); });
+    connect(&session_.screen.GridMode1, &GridModel::shapeChanged, this, [this] {
+        liveOrigin_ = session_.link.clock().now();
+        replayTimed_ = false;
+    });
 
     lstItems_ = new QListWidget(this);
     lstItems_->setObjectName(QStringLiteral("lstItems"));
@@ -95,9 +99,15 @@ frmGraph::frmGraph(Session& session, QWidget* parent)
     connect(&model_, &GraphModel::pointsChanged, this, [this] { dirty_ = true; });
     connect(lstItems_, &QListWidget::itemChanged, this, &frmGraph::pickFromList);
     connect(cmbUnits_, &QComboBox::currentIndexChanged, this, [this](int index) { model_.setUs(index == 1); });
+    // Paused, the picture stays where it is (pan and zoom still move it) while values are kept;
+    // resumed, it follows the newest values again if it did before.
     connect(cmdPause_, &QPushButton::toggled, this, [this](bool paused) {
-        if (!paused)
-            refresh();
+        if (paused) {
+            chart_->hold();
+            return;
+        }
+        dirty_ = false;
+        chart_->release();
     });
     connect(cmdFollow_, &QPushButton::clicked, chart_, &ui::GraphChart::follow);
     connect(cmdWhole_, &QPushButton::clicked, chart_, &ui::GraphChart::showAll);
@@ -114,6 +124,40 @@ frmGraph::frmGraph(Session& session, QWidget* parent)
 
 frmGraph::~frmGraph() = default;
 
+void frmGraph::showEvent(QShowEvent* event)
+{
+    QWidget::showEvent(event);
+    if (!placed_) {
+        placed_ = true;
+        place();
+    }
+}
+
+void frmGraph::place()
+{
+    QWidget* main = parentWidget() ? parentWidget()->window() : nullptr;
+    if (!main || !main->isVisible() || !screen())
+        return;
+    const QRect avail = main->screen()->availableGeometry();
+    const QRect outer = main->frameGeometry();
+    // The window manager's frame, as the main window has it.
+    const QSize frame = outer.size() - main->geometry().size();
+    resize(size().boundedTo(avail.size() - frame));
+    const QSize size = this->size() + frame;
+    constexpr int gap = 8;
+    for (const QPoint& at : {QPoint(outer.right() + 1 + gap, outer.top()),
+                             QPoint(outer.left() - gap - size.width(), outer.top()),
+                             QPoint(outer.left(), outer.bottom() + 1 + gap)}) {
+        if (avail.contains(QRect(at, size))) {
+            move(at);
+            return;
+        }
+    }
+    const QPoint over = outer.topLeft() + QPoint(48, 48);
+    move(std::clamp(over.x(), avail.left(), std::max(avail.left(), avail.right() + 1 - size.width())),
+         std::clamp(over.y(), avail.top(), std::max(avail.top(), avail.bottom() + 1 - size.height())));
+}
+
 double frmGraph::now() const
 {
     if (session_.Replaying)
@@ -124,8 +168,12 @@ double frmGraph::now() const
 void frmGraph::followPlayer(log::LogController& player)
 {
     connect(&player, &log::LogController::frameShown, this, [this](double t, bool timed) {
-        replayTime_ = t;
-        chart_->setTimeTitle(timed ? QStringLiteral("Time (s)") : QStringLiteral("Frame"));
+        // A frame too long to carry its time, in a log with times, keeps the time before it
+        // rather than being drawn at its number.
+        if (timed || !replayTimed_)
+            replayTime_ = t;
+        replayTimed_ = replayTimed_ || timed;
+        chart_->setTimeTitle(replayTimed_ ? QStringLiteral("Time (s)") : QStringLiteral("Frame"));
     });
     connect(&player, &log::LogController::playStarted, this, [this, &player] {
         if (player.speed() != 0)
@@ -133,7 +181,7 @@ void frmGraph::followPlayer(log::LogController& player)
         // No delay: the whole log at once, rather than a line crawling as fast as the grid goes.
         feed_->setHeld(true);
         try {
-            const bool timed = log::LoadLogIntoGraph(player.path(), decoding_, model_);
+            const bool timed = log::LoadLogIntoGraph(player.path(), decoding_, model_).timed;
             chart_->setTimeTitle(timed ? QStringLiteral("Time (s)") : QStringLiteral("Frame"));
         } catch (const log::LogError& e) {
             session_.shell.messageBox(kTitle.toStdString(), e.what(), MessageIcon::Exclamation);
@@ -187,6 +235,8 @@ void frmGraph::savePicture()
     if (path.isEmpty())
         return;
     refresh();
+    // The chart lays itself out for what was just drawn when events next run; the picture waits.
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
     if (!chart_->grab().save(path, "PNG"))
         session_.shell.messageBox(kTitle.toStdString(), "Cannot write " + path.toStdString() + ".",
                                   MessageIcon::Exclamation);

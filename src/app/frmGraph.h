@@ -49,7 +49,13 @@ public:
     // Draws what has arrived since the last drawing (the window does so on a timer).
     void refresh();
 
+protected:
+    void showEvent(QShowEvent* event) override;
+
 private:
+    // The first time it shows: beside the main window where the screen has room, else over it
+    // a little down and right; never past the screen's edges.
+    void place();
     void listItems();
     void pickFromList();
     double now() const;
@@ -59,8 +65,10 @@ private:
     GraphModel model_;
     std::unique_ptr<data::GraphFeed> feed_;
     double replayTime_ = 0;
+    bool replayTimed_ = false; // a frame of the log open in the player carried its time
     long long liveOrigin_ = 0;
     bool dirty_ = false;
+    bool placed_ = false;
     std::function<QString()> choosePicture_, chooseData_;
 
     QListWidget* lstItems_;

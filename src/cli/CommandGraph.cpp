@@ -7,6 +7,8 @@
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QImageWriter>
+#include <QSaveFile>
 #include <cstdio>
 
 namespace kvx::cli {
@@ -42,16 +44,20 @@ int RunGraph(const QStringList& args)
         return Fail(args.value(0) + ": --pids takes at most 8 items");
     if (!wanted.empty())
         model.setPlotted(wanted);
-    bool timed = false;
+    log::LogGraphResult read;
     try {
-        timed = log::LoadLogIntoGraph(parser.positionalArguments().at(0).toStdString(), log::StandardLiveDecoding(), model);
+        read = log::LoadLogIntoGraph(parser.positionalArguments().at(0).toStdString(), log::StandardLiveDecoding(), model);
     } catch (const log::LogError& e) {
         std::fprintf(stderr, "kvx graph: %s\n", e.what());
         return 1;
     }
+    const bool timed = read.timed;
+    bool missing = false;
     for (const std::string& id : wanted)
-        if (!model.series(id))
+        if (!model.series(id)) {
             std::fprintf(stderr, "kvx graph: the log holds no numeric value of %s\n", id.c_str());
+            missing = true;
+        }
     if (model.plotted().empty()) {
         std::fprintf(stderr, "kvx graph: nothing to draw: the log holds no numeric value of the items asked for\n");
         return 1;
@@ -62,16 +68,36 @@ int RunGraph(const QStringList& args)
     chart.resize(width, height);
     // Laid out as if shown, so the chart knows its size, on a platform that needs no display.
     chart.setAttribute(Qt::WA_DontShowOnScreen);
+    // The offscreen platform says on stderr that it cannot pass a window's size hints on, which
+    // means nothing to someone drawing a log; other messages pass.
+    static const QtMessageHandler passOn = qInstallMessageHandler(
+        [](QtMsgType type, const QMessageLogContext& context, const QString& text) {
+            if (!text.contains(QLatin1String("does not support propagateSizeHints")))
+                passOn(type, context, text);
+        });
     chart.show();
     QApplication::processEvents();
     chart.showAll();
+    // The chart lays itself out anew for the whole run when events next run; the picture waits.
+    QApplication::processEvents();
     const QString output = parser.value("output");
-    if (!chart.grab().save(output, "PNG")) {
-        std::fprintf(stderr, "kvx graph: cannot write %s\n", qPrintable(output));
+    // Written beside it under another name and renamed into place: a failed write leaves
+    // whatever stood there.
+    QSaveFile file(output);
+    QImageWriter writer(&file, "png");
+    if (!file.open(QIODevice::WriteOnly) || !writer.write(chart.grab().toImage()) || !file.commit()) {
+        const QString why = file.error() != QFileDevice::NoError ? file.errorString() : writer.errorString();
+        std::fprintf(stderr, "kvx graph: cannot write %s: %s\n", qPrintable(output), qPrintable(why));
         return 1;
     }
     std::printf("%zu items drawn to %s\n", model.plotted().size(), qPrintable(output));
-    return 0;
+    if (!read.damage.empty()) {
+        std::fprintf(stderr, "kvx graph: drew the %ld frames before the damage: %s\n", read.frames,
+                     read.damage.c_str());
+        return 1;
+    }
+    // The others are drawn, but not all that was asked for.
+    return missing ? 1 : 0;
 }
 
 } // namespace kvx::cli

@@ -18,8 +18,11 @@ GraphFeed::GraphFeed(GridModel& grid, GraphModel& graph, std::function<double()>
 
 void GraphFeed::take(int row, int col)
 {
-    if (held_ || row < 1 || row >= grid_.rows() || grid_.cols() <= AltValueColumn ||
-        (col != ValueColumn && col != AltValueColumn))
+    // Every writer of the grid (live data, the combo's rows, a replay, the clearing of readings)
+    // writes a row's metric text and then its US text: the row is whole once the US one is in.
+    // Taken at the metric write, the row would pair a new metric text with the US text before it
+    // (or with none, so the US unit goes missing), and a clearing would plot the US value as metric.
+    if (held_ || col != AltValueColumn || row < 1 || row >= grid_.rows() || grid_.cols() <= AltValueColumn)
         return;
     const std::string& metric = grid_.text(row, ValueColumn);
     const std::string& us = grid_.text(row, AltValueColumn);

@@ -4,6 +4,7 @@
 
 #include <QString>
 #include <algorithm>
+#include <cmath>
 #include <limits>
 #include <map>
 #include <sstream>
@@ -23,8 +24,28 @@ void GraphSeries::append(GraphPoint point)
         points_.back() = point;
     else
         points_.push_back(point);
-    if (points_.size() > capacity_)
+    if (points_.size() <= capacity_)
+        return;
+    // The oldest goes when what stays still covers the time kept.
+    if (points_.back().t - points_[1].t >= GraphModel::kKeptSeconds) {
         points_.pop_front();
+        return;
+    }
+    // Full before it holds the time it must: a source faster than the capacity foresaw. The older
+    // half goes to half its samples (of each pair the one further from the sample kept before
+    // it, so a peak stays), and the series goes on holding the whole time at less detail.
+    const std::size_t older = points_.size() / 2;
+    std::deque<GraphPoint> kept;
+    kept.push_back(points_.front());
+    std::size_t i = 1;
+    for (; i + 1 < older; i += 2) {
+        const GraphPoint& a = points_[i];
+        const GraphPoint& b = points_[i + 1];
+        const float before = kept.back().metric;
+        kept.push_back(std::abs(a.metric - before) >= std::abs(b.metric - before) ? a : b);
+    }
+    kept.insert(kept.end(), points_.begin() + static_cast<long>(i), points_.end());
+    points_ = std::move(kept);
 }
 
 void GraphSeries::setUnits(std::string metric, std::string us, bool isSwitch)
@@ -73,9 +94,12 @@ std::vector<QPointF> GraphSeries::drawPoints(double from, double to, int buckets
     // Per bucket, the lowest and the highest sample in the order they came, so peaks survive.
     auto it = first;
     while (it != end) {
-        const double bucketEnd = from + (std::floor((it->t - from) / width) + 1) * width;
+        // A sample's bucket is worked out one way for all, so rounding cannot put a sample past
+        // the end of the bucket it opens; each turn takes at least that sample.
+        auto bucketOf = [from, width](const GraphPoint& p) { return std::floor((p.t - from) / width); };
+        const double bucket = bucketOf(*it);
         auto low = it, high = it;
-        for (; it != end && it->t < bucketEnd; ++it) {
+        for (++it; it != end && bucketOf(*it) == bucket; ++it) {
             if (value(*it) < value(*low))
                 low = it;
             if (value(*it) > value(*high))
@@ -125,8 +149,8 @@ void GraphModel::offer(const std::string& id, const std::string& label, bool tic
         changed = true;
     }
     GraphSeries* series = findSeries(id);
-    const bool wanted = picked_.empty() ? (ticked && numeric && series_.size() < kDefaultSeries)
-                                        : std::find(picked_.begin(), picked_.end(), id) != picked_.end();
+    const bool wanted = !userPicked_ ? (ticked && numeric && series_.size() < kDefaultSeries)
+                                     : std::find(picked_.begin(), picked_.end(), id) != picked_.end();
     if (!series && wanted && numeric && series_.size() < kMaxSeries) {
         series_.emplace_back(id, label, pointsPerSeries_);
         series = &series_.back();
@@ -135,8 +159,19 @@ void GraphModel::offer(const std::string& id, const std::string& label, bool tic
     if (series && numeric) {
         const PlotValue m = metricValue ? *metricValue : *usValue;
         const PlotValue u = usValue ? *usValue : *metricValue;
-        if (series->empty())
-            series->setUnits(SplitValue(metric).unit, SplitValue(us).unit, m.isSwitch);
+        // A unit first seen blank (a row shown before its US text came) is taken when it comes.
+        // A cell that shows no number (the US one of "O2 voltage" reads "trim 0.0 %") plots the
+        // other cell's number, and so its unit.
+        std::string metricUnit = metricValue ? metricValue->unit : usValue->unit,
+                    usUnit = usValue ? usValue->unit : metricValue->unit;
+        if (metricUnit.empty())
+            metricUnit = series->unit(false);
+        if (usUnit.empty())
+            usUnit = series->unit(true);
+        if (series->empty() || metricUnit != series->unit(false) || usUnit != series->unit(true)) {
+            changed = true;
+            series->setUnits(std::move(metricUnit), std::move(usUnit), m.isSwitch);
+        }
         series->append({t, static_cast<float>(m.value), static_cast<float>(u.value)});
     }
     if (changed)
@@ -163,6 +198,7 @@ std::vector<std::string> GraphModel::plotted() const
 
 void GraphModel::setPlotted(const std::vector<std::string>& ids)
 {
+    userPicked_ = true;
     picked_.assign(ids.begin(), ids.begin() + static_cast<long>(std::min(ids.size(), kMaxSeries)));
     std::vector<GraphSeries> kept;
     for (const std::string& id : picked_) {

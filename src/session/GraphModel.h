@@ -15,7 +15,9 @@ struct GraphPoint {
     float us = 0;
 };
 
-// The samples of one plotted item, oldest first, never more than its capacity: the oldest go first.
+// The samples of one plotted item, oldest first, never more than its capacity: past it the oldest
+// go, unless they are younger than the time a graph keeps (GraphModel::kKeptSeconds), when the
+// older half is thinned instead, so that time is always held whatever the rate of the source.
 class GraphSeries {
 public:
     GraphSeries(std::string id, std::string label, std::size_t capacity);
@@ -53,8 +55,10 @@ public:
     static constexpr std::size_t kMaxSeries = 8;
     static constexpr std::size_t kDefaultSeries = 4;
     // Samples kept per item: K-line polling gives an item at most some 20 replies a second, so
-    // this holds well over the last 30 minutes at any rate a unit answers, in about 2 MB per item.
+    // this holds the last 30 minutes in full at up to 66 a second, in about 2 MB per item; a
+    // faster source has its older samples thinned rather than the time cut short.
     static constexpr std::size_t kPointsPerSeries = 120000;
+    static constexpr double kKeptSeconds = 30 * 60;
 
     struct Item {
         std::string id, label;
@@ -101,7 +105,8 @@ private:
     std::size_t pointsPerSeries_;
     std::vector<Item> items_;
     std::vector<GraphSeries> series_;
-    std::vector<std::string> picked_; // the user's pick, empty until the user picks
+    std::vector<std::string> picked_; // the user's pick (which may be nothing at all)
+    bool userPicked_ = false;         // until the user picks, the first four ticked numeric items
     bool us_ = false;
 };
 

@@ -16,10 +16,11 @@ ValueParts SplitValue(const std::string& text);
 // One CSV field: quoted when it holds a comma, a quote or a line break, quotes doubled.
 std::string CsvField(const std::string& text);
 
-// What a value cell gives a graph: a number, or 1 and 0 for a switch's "ON" and "OFF".
+// What a value cell gives a graph: a number and its unit, or 1 and 0 for a switch's "ON" and "OFF".
 struct PlotValue {
     double value = 0;
     bool isSwitch = false;
+    std::string unit;
 };
 std::optional<PlotValue> PlotValueOf(const std::string& text);
 

@@ -4,6 +4,8 @@
 #include <QString>
 #include <vector>
 
+class QGraphicsItem;
+class QGraphicsSimpleTextItem;
 class QLineSeries;
 class QValueAxis;
 
@@ -14,8 +16,11 @@ class GraphModel;
 namespace kvx::ui {
 
 // Draws a GraphModel: one time axis shared by every item, and a value scale per item in the
-// item's colour. Wheel zooms the time axis, dragging pans it; a move away from the newest samples
-// stops following them until follow() is called.
+// item's colour, each scale on round numbers with its five marks on the same grid lines (a
+// switch's scale reads OFF and ON). Above the plot a key names every item with its unit, in as
+// many rows as the names need. Wheel zooms the time axis, dragging pans it; a move away from the
+// newest samples stops following them until follow() is called, and hold() keeps the view where
+// it is while samples keep coming.
 class GraphChart : public QChartView {
     Q_OBJECT
 public:
@@ -31,6 +36,11 @@ public:
     void showAll();
     bool following() const { return following_; }
     void follow();
+    // Held, the view stays on the samples it shows (pan and zoom still move it) and follow()
+    // waits until release().
+    void hold();
+    void release();
+    bool held() const { return held_; }
     void panBy(double seconds);
     void zoomBy(double factor);
     double viewStart() const { return end_ - span_; }
@@ -51,16 +61,22 @@ protected:
 
 private:
     void rebuild();
+    // Places the key's entries in rows across the chart's width and leaves them room on top.
+    void layoutKey();
 
     const GraphModel& model_;
     QValueAxis* timeAxis_ = nullptr;
     QString timeTitle_ = QStringLiteral("Time (s)");
     std::vector<QLineSeries*> lines_;
     std::vector<QValueAxis*> scales_;
+    std::vector<std::pair<QGraphicsItem*, QGraphicsItem*>> key_; // swatch and name per item
+    QGraphicsSimpleTextItem* hint_ = nullptr;                   // why an empty chart is empty
     double span_ = kDefaultSpan;
     double end_ = kDefaultSpan;
     bool following_ = true;
     bool wantsAll_ = false;
+    bool held_ = false;
+    bool followAfterHold_ = false;
     int dragX_ = -1;
 };
 

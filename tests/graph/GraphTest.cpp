@@ -1,15 +1,24 @@
 #include "app/frmGraph.h"
 #include "log/LogFile.h"
+#include "log/LogExport.h"
+#include "log/LogGraph.h"
 #include "session/GraphModel.h"
+#include "session/ValueText.h"
 #include "support/ProgramWindow.h"
 #include "support/Watchdog.h"
 #include "ui/GraphChart.h"
 
+#include <QCategoryAxis>
 #include <QCheckBox>
+#include <QGraphicsSimpleTextItem>
+#include <QListWidget>
+#include <QValueAxis>
 #include <QComboBox>
 #include <QImage>
+#include <QPointer>
 #include <QProcess>
 #include <cmath>
+#include <sstream>
 #include <gtest/gtest.h>
 
 namespace kvx {
@@ -37,6 +46,13 @@ TEST(GraphModel, PlotsTheFirstFourTickedNumericItemsUnlessThePickSaysOtherwise)
     graph.offer("0C", "Engine speed", true, "800 rpm", "800 rpm", 1);
     EXPECT_EQ(graph.plotted(), (Ids{"A1", "0C"}));
     EXPECT_EQ(graph.series("0C")->unit(false), "rpm");
+
+    // A US cell without a number plots the metric one, with its unit.
+    GraphModel oxygen;
+    oxygen.offer("14", "O2 voltage / fuel trim Bank 1 Sensor 1", true, "0.100 V", "trim 0.0 %", 0);
+    ASSERT_NE(oxygen.series("14"), nullptr);
+    EXPECT_EQ(oxygen.series("14")->unit(true), "V");
+    EXPECT_FLOAT_EQ(oxygen.series("14")->last().us, 0.1f);
 }
 
 TEST(GraphModel, HoldsABoundedRecentPastAndFollowsASourceThatGoesBack)
@@ -47,9 +63,10 @@ TEST(GraphModel, HoldsABoundedRecentPastAndFollowsASourceThatGoesBack)
     for (int i = 0; i < 30 * 60 * 20; ++i)
         for (const char* id : {"0C", "0D", "0F", "10"})
             graph.offer(id, id, true, std::to_string(i % 100) + " x", "1 y", i / 20.0);
-    EXPECT_EQ(graph.pointCount(), 4000u);
+    EXPECT_LE(graph.pointCount(), 4000u);
+    EXPECT_GT(graph.pointCount(), 2000u);
     EXPECT_DOUBLE_EQ(graph.lastTime(), (30 * 60 * 20 - 1) / 20.0);
-    EXPECT_DOUBLE_EQ(graph.firstTime(), (30 * 60 * 20 - 1000) / 20.0);
+    EXPECT_DOUBLE_EQ(graph.firstTime(), 0) << "a small capacity thins the 30 minutes rather than cutting them";
 
     // A rewound replay: what lay after the new time is replaced, never drawn backwards.
     graph.offer("0C", "0C", true, "5 x", "1 y", 1790);
@@ -82,6 +99,209 @@ TEST(GraphModel, DrawingKeepsEveryPeakInFewPointsAndSwitchesAsStepsAndSavesWhatI
     two.offer("0D", "Vehicle speed, km", true, "50 km/h", "31 mph", 0.75);
     two.setUs(true);
     EXPECT_EQ(two.csv(), "Time (s),Engine speed (rpm),\"Vehicle speed, km (mph)\"\r\n0.500,800,\r\n0.750,,31\r\n");
+}
+
+// A source faster than the capacity foresaw (a CAN adapter polling one item): the series still
+// holds the last 30 minutes, at less detail in its older part, and never more than its capacity.
+TEST(GraphModel, AFastSourceKeepsThirtyMinutesWithinTheBound)
+{
+    GraphModel graph(1000);
+    const int rate = 100;
+    for (int i = 0; i < 40 * 60 * rate; ++i)
+        graph.offer("0C", "Engine speed", true, std::to_string(i == 25 * 60 * rate ? 7000 : 800 + i % 5) + " rpm",
+                    "1 rpm", static_cast<double>(i) / rate);
+    EXPECT_LE(graph.pointCount(), 1000u);
+    EXPECT_GE(graph.lastTime() - graph.firstTime(), GraphModel::kKeptSeconds);
+    EXPECT_LT(graph.lastTime() - graph.firstTime(), 2 * GraphModel::kKeptSeconds);
+    const GraphSeries& s = *graph.series("0C");
+    float highest = 0;
+    for (std::size_t i = 0; i < s.size(); ++i)
+        highest = std::max(highest, s.at(i).metric);
+    EXPECT_EQ(highest, 7000) << "a peak survives the thinning";
+}
+
+// A sample that falls on a bucket's edge as the floating point rounds it (here at 20 samples a
+// second, the last minute of 30 on 375 buckets) still moves the drawing on: it once went round
+// for ever, filling memory, and the window with it.
+TEST(GraphModel, DrawingEndsWhereverTheSamplesFallOnTheBuckets)
+{
+    GraphModel graph(200000);
+    for (int i = 0; i <= 30 * 60 * 20 + 20; ++i)
+        graph.offer("0C", "Engine speed", true, std::to_string(800 + i % 250) + " rpm", "1 rpm", i / 20.0);
+    for (int buckets : {100, 375, 400, 512})
+        for (double from : {1740.0, 1740.05, 1700.0, 0.0}) {
+            const auto points = graph.series("0C")->drawPoints(from, from + 60, buckets, false);
+            EXPECT_LE(points.size(), 2u * static_cast<std::size_t>(buckets) + 4) << from << " " << buckets;
+        }
+}
+
+// A value text is one number and perhaps a unit, or it is no value: read alike for the export's
+// columns and the graph's samples.
+TEST(ValueText, ANumberAndAUnitOrNothing)
+{
+    EXPECT_EQ(SplitValue("1726 rpm").value, "1726");
+    EXPECT_EQ(SplitValue("1726 rpm").unit, "rpm");
+    EXPECT_EQ(SplitValue("-40 °C").unit, "°C");
+    EXPECT_EQ(SplitValue("0.450").unit, "");
+    for (const char* whole : {"ratio 0.450", "12 km/h, 4 km/h", "1. V", "1  V", "1 ", ".5 V", "-", "", "1,5 \"km/h\"",
+                              "MIL OFF"}) {
+        EXPECT_EQ(SplitValue(whole).value, whole);
+        EXPECT_EQ(SplitValue(whole).unit, "");
+        EXPECT_FALSE(PlotValueOf(whole)) << whole;
+    }
+    EXPECT_DOUBLE_EQ(PlotValueOf("-12.75 g/s")->value, -12.75);
+    EXPECT_EQ(PlotValueOf("-12.75 g/s")->unit, "g/s");
+    EXPECT_FALSE(PlotValueOf("-12.75 g/s")->isSwitch);
+    EXPECT_TRUE(PlotValueOf("ON")->isSwitch);
+    EXPECT_DOUBLE_EQ(PlotValueOf("OFF")->value, 0);
+}
+
+// The user's pick may be nothing: unticking every item leaves the graph empty rather than
+// bringing the first four back with the next values.
+TEST(GraphModel, AnEmptyPickStaysEmpty)
+{
+    GraphModel graph;
+    graph.offer("0C", "Engine speed", true, "800 rpm", "800 rpm", 0);
+    ASSERT_EQ(graph.plotted(), Ids{"0C"});
+    graph.setPlotted({});
+    graph.offer("0C", "Engine speed", true, "810 rpm", "810 rpm", 1);
+    graph.offer("0D", "Vehicle speed", true, "5 km/h", "3 mph", 1);
+    EXPECT_TRUE(graph.plotted().empty());
+}
+
+// A log whose first frames are too long to carry a time, then frames with times: the early ones
+// go at the first time, not at their frame numbers on a seconds axis.
+TEST(LogGraph, FramesWithoutTimesInALogWithTimesStayOnItsSecondsAxis)
+{
+    QTemporaryDir dir;
+    const std::string path = dir.filePath("mixed.log").toStdString();
+    {
+        log::LogFile file(path, log::LogFile::Mode::Create);
+        file.writeRecord(98, "9");
+        file.writeRecord(100, "KORVENATRONIX OBDII LOG");
+        file.writeRecord(102, "01/17/2009");
+        // A generic frame padded past the room of the time tail: it carries no time.
+        file.writeFrameRecord(150, "486B10410D14" + std::string(log::kMaxTimedText - 11, '0'), 9999);
+        for (long k = 1; k < 50; ++k)
+            file.writeFrameRecord(150 + k, "486B10410D1400", 5000 + k * 100);
+        file.writeRecord(99, "50");
+    }
+    GraphModel graph;
+    const log::LogGraphResult read = log::LoadLogIntoGraph(path, log::StandardLiveDecoding(), graph);
+    EXPECT_TRUE(read.timed);
+    EXPECT_EQ(read.frames, 50);
+    ASSERT_EQ(graph.plotted(), Ids{"0D"});
+    EXPECT_DOUBLE_EQ(graph.firstTime(), 5.1);
+    EXPECT_DOUBLE_EQ(graph.lastTime(), 9.9);
+}
+
+// The chart's scales stand on round numbers with their marks on shared grid lines, a switch's
+// scale reads OFF and ON, and the key above the plot names every item in full, in rows.
+TEST(GraphChart, RoundScalesAndAKeyThatNamesEveryItemInFull)
+{
+    test::widgetApp();
+    GraphModel graph;
+    const char* names[] = {"Calculated engine load", "Engine coolant temperature", "Engine speed", "Vehicle speed",
+                           "Intake air temperature", "Air flow rate", "Absolute throttle position",
+                           "Timing advance"};
+    for (int i = 0; i < 40; ++i) {
+        for (int k = 0; k < 7; ++k)
+            graph.offer(std::to_string(10 + k), names[k], true, std::to_string(19.1 + k * 100 + (i % 7) * 0.23) + " %",
+                        "1 y", i * 0.5);
+        graph.offer("17", names[7], true, i % 9 < 4 ? "ON" : "OFF", "", i * 0.5);
+    }
+    graph.setPlotted({"10", "11", "12", "13", "14", "15", "16", "17"});
+    for (int i = 40; i < 60; ++i) {
+        for (int k = 0; k < 7; ++k)
+            graph.offer(std::to_string(10 + k), names[k], true, std::to_string(19.1 + k * 100 + (i % 7) * 0.23) + " %",
+                        "1 y", i * 0.5);
+        graph.offer("17", names[7], true, i % 9 < 4 ? "ON" : "OFF", "", i * 0.5);
+    }
+    ui::GraphChart chart(graph);
+    chart.resize(1200, 600);
+    chart.show();
+    QApplication::processEvents();
+    chart.showAll();
+    const auto scales = chart.chart()->axes(Qt::Vertical);
+    ASSERT_EQ(scales.size(), 8);
+    for (QAbstractAxis* axis : scales) {
+        if (auto* states = qobject_cast<QCategoryAxis*>(axis)) {
+            EXPECT_EQ(states->categoriesLabels(), (QStringList{"OFF", "ON"}));
+            continue;
+        }
+        auto* scale = qobject_cast<QValueAxis*>(axis);
+        ASSERT_NE(scale, nullptr);
+        EXPECT_EQ(scale->tickCount(), 5);
+        const double step = (scale->max() - scale->min()) / 4;
+        const double power = std::pow(10.0, std::floor(std::log10(step)));
+        const double f = step / power;
+        EXPECT_TRUE(std::abs(f - 1) < 1e-6 || std::abs(f - 2) < 1e-6 || std::abs(f - 2.5) < 1e-6 ||
+                    std::abs(f - 5) < 1e-6)
+            << "a step of " << step;
+        EXPECT_NEAR(std::remainder(scale->min(), step), 0, step * 1e-6) << scale->min();
+    }
+    // The key's names, in full: no "..." at this width, and no two overlapping.
+    std::vector<QRectF> places;
+    for (QGraphicsItem* item : chart.chart()->childItems())
+        if (auto* text = dynamic_cast<QGraphicsSimpleTextItem*>(item)) {
+            EXPECT_FALSE(text->text().contains(QChar(0x2026))) << text->text().toStdString();
+            places.push_back(text->mapRectToScene(text->boundingRect()));
+        }
+    ASSERT_EQ(places.size(), 8u);
+    for (std::size_t a = 0; a < places.size(); ++a)
+        for (std::size_t b = a + 1; b < places.size(); ++b)
+            EXPECT_FALSE(places[a].intersects(places[b])) << a << " and " << b;
+    EXPECT_GT(chart.chart()->plotArea().top(), places.back().bottom()) << "the key stands above the plot";
+}
+
+// The time axis never holds a range at the marks of a far narrower one: shown whole, a log of
+// 100,000 frames once made some 10,000 marks on the way (40 s), and zoomed back in, the reverse.
+TEST(GraphChart, TheTimeAxisMakesSomeMarksWhateverTheRange)
+{
+    test::widgetApp();
+    GraphModel graph;
+    for (int i = 1; i <= 100000; i += 50)
+        graph.offer("0C", "Engine speed", true, std::to_string(800 + i % 300) + " rpm", "1 rpm", i);
+    ui::GraphChart chart(graph);
+    chart.resize(800, 400);
+    chart.show();
+    chart.redraw();
+    auto* axis = qobject_cast<QValueAxis*>(chart.chart()->axes(Qt::Horizontal).value(0));
+    ASSERT_NE(axis, nullptr);
+    double most = 0;
+    auto count = [&] { most = std::max(most, (axis->max() - axis->min()) / axis->tickInterval()); };
+    QObject::connect(axis, &QValueAxis::rangeChanged, count);
+    QObject::connect(axis, &QValueAxis::tickIntervalChanged, count);
+    chart.showAll();
+    chart.follow();
+    chart.showAll();
+    EXPECT_GT(most, 0);
+    EXPECT_LE(most, 20) << "marks across the axis at any moment";
+}
+
+// Paused, the view keeps the samples it shows while more arrive, zoom included; resumed, it
+// follows the newest again.
+TEST(GraphChart, APausedViewStaysPutUntilResumed)
+{
+    test::widgetApp();
+    GraphModel graph;
+    for (int i = 0; i <= 200; ++i)
+        graph.offer("0C", "Engine speed", true, std::to_string(800 + i) + " rpm", "1 rpm", i);
+    ui::GraphChart chart(graph);
+    chart.resize(800, 400);
+    chart.show();
+    chart.redraw();
+    EXPECT_DOUBLE_EQ(chart.viewEnd(), 200);
+    chart.hold();
+    for (int i = 201; i <= 300; ++i)
+        graph.offer("0C", "Engine speed", true, std::to_string(800 + i) + " rpm", "1 rpm", i);
+    chart.redraw();
+    chart.zoomBy(0.5);
+    chart.follow();
+    EXPECT_DOUBLE_EQ(chart.viewEnd(), 185) << "zoomed about the middle of the held view";
+    chart.release();
+    EXPECT_TRUE(chart.following());
+    EXPECT_DOUBLE_EQ(chart.viewEnd(), 300);
 }
 
 struct GraphProgram : test::ProgramWindow {
@@ -124,6 +344,87 @@ TEST(GraphWindow, PlotsLiveDataAndSavesPictureAndData)
     EXPECT_TRUE(data.startsWith("Time (s),")) << data.left(80).toStdString();
     EXPECT_GE(data.count('\n'), 4);
     EXPECT_EQ(p.shell.boxes.size(), boxes) << "saving raised no box";
+}
+
+// Live data then a disconnect, which blanks the grid: every sample pairs the grid's metric text
+// with the US text of the same reading, so each item has its US unit and the metric line never
+// takes a US value (coolant in °F, speed in mph) at the blanking.
+TEST(GraphWindow, EachSamplePairsTheTwoTextsOfOneReading)
+{
+    test::Watchdog watchdog("graph pairs");
+    GraphProgram p;
+    ASSERT_TRUE(p.actions.ConnectModule(ModuleGeneric));
+    app::frmGraph* graph = p.graph();
+    p.runFor("cmdRequestMode1", "cmdStop", 4 * p.screen.GridMode1.rows());
+    std::map<std::string, std::pair<std::string, std::string>> shown;
+    for (int row = 1; row < p.screen.GridMode1.rows(); ++row)
+        shown[p.screen.GridMode1.text(row, 1)] = {p.screen.GridMode1.text(row, 3), p.screen.GridMode1.text(row, 4)};
+    p.toolbar("Disconnect");
+    const GraphModel& model = graph->model();
+    ASSERT_FALSE(model.plotted().empty());
+    for (const std::string& id : model.plotted()) {
+        const GraphSeries& series = *model.series(id);
+        EXPECT_EQ(series.unit(false), SplitValue(shown[id].first).unit) << id;
+        EXPECT_EQ(series.unit(true), SplitValue(shown[id].second).unit) << id;
+        ASSERT_FALSE(series.empty());
+        EXPECT_FLOAT_EQ(series.last().metric, static_cast<float>(PlotValueOf(shown[id].first)->value)) << id;
+        EXPECT_FLOAT_EQ(series.last().us, static_cast<float>(PlotValueOf(shown[id].second)->value)) << id;
+        for (std::size_t i = 1; i < series.size(); ++i)
+            EXPECT_GT(series.at(i).t, series.at(i - 1).t) << id << ": one sample per reading";
+    }
+}
+
+// Unticking every item in the window's list leaves the chart empty while values keep coming.
+TEST(GraphWindow, UntickingEveryItemLeavesItUnplotted)
+{
+    test::Watchdog watchdog("graph untick");
+    GraphProgram p;
+    ASSERT_TRUE(p.actions.ConnectModule(ModuleGeneric));
+    app::frmGraph* graph = p.graph();
+    p.runFor("cmdRequestMode1", "cmdStop", 2 * p.screen.GridMode1.rows());
+    auto* list = graph->findChild<QListWidget*>("lstItems");
+    ASSERT_FALSE(graph->model().plotted().empty());
+    for (int i = 0; i < list->count(); ++i)
+        if (list->item(i)->checkState() == Qt::Checked)
+            list->item(i)->setCheckState(Qt::Unchecked);
+    EXPECT_TRUE(graph->model().plotted().empty());
+    p.runFor("cmdRequestMode1", "cmdStop", 2 * p.screen.GridMode1.rows());
+    EXPECT_TRUE(graph->model().plotted().empty());
+}
+
+// The manufacturers' live data: the graph plots the Nissan engine's and the Toyota engine's rows
+// as it does the generic ones, a Nissan switch as a switch.
+TEST(GraphWindow, FollowsNissanAndToyotaLiveData)
+{
+    for (int module : {ModuleNissanEcu, ModuleToyota}) {
+        test::Watchdog watchdog("graph makes");
+        GraphProgram p;
+        ASSERT_TRUE(p.chooseModule(module)) << module;
+        app::frmGraph* graph = p.graph();
+        p.runFor("cmdRequestMode1", "cmdStop", 6 * p.screen.GridMode1.rows());
+        const GraphModel& model = graph->model();
+        EXPECT_EQ(model.plotted().size(), GraphModel::kDefaultSeries) << module;
+        for (const std::string& id : model.plotted()) {
+            const GraphSeries& series = *model.series(id);
+            EXPECT_GE(series.size(), 2u) << module << " " << id;
+            EXPECT_GT(series.last().t, series.at(0).t) << module << " " << id;
+        }
+        // Every numeric row is in the list, each switch row a switch once plotted.
+        std::vector<std::string> switches;
+        for (const GraphModel::Item& item : model.items())
+            for (int row = 1; row < p.screen.GridMode1.rows(); ++row)
+                if (p.screen.GridMode1.text(row, 1) == item.id && PlotValueOf(p.screen.GridMode1.text(row, 3)) &&
+                    PlotValueOf(p.screen.GridMode1.text(row, 3))->isSwitch)
+                    switches.push_back(item.id);
+        if (module == ModuleNissanEcu) {
+            ASSERT_FALSE(switches.empty()) << "the Nissan engine shows switches";
+            graph->model().setPlotted({switches[0]});
+            p.runFor("cmdRequestMode1", "cmdStop", 3 * p.screen.GridMode1.rows());
+            ASSERT_NE(model.series(switches[0]), nullptr);
+            EXPECT_TRUE(model.series(switches[0])->isSwitch());
+            EXPECT_FALSE(model.series(switches[0])->empty());
+        }
+    }
 }
 
 // A recording replayed at no delay: the graph shows the whole log at once, at the receive times
@@ -171,6 +472,120 @@ TEST(GraphWindow, AReplayAtNoDelayDrawsTheWholeLogAtItsReceiveTimes)
     player->close();
 }
 
+// The window while a replay draws into it: opened twice it is one window; closed in the middle
+// of a replay the replay goes on to its end; opened again it follows the next play; resized
+// small, its key still fits.
+TEST(GraphWindow, ClosedWhileAReplayDrawsAndOpenedAgain)
+{
+    test::Watchdog watchdog("graph close");
+    GraphProgram p;
+    ASSERT_TRUE(p.actions.ConnectModule(ModuleGeneric));
+    QTest::mouseClick(p.find<QCheckBox>("chkLog"), Qt::LeftButton);
+    p.runFor("cmdRequestMode1", "cmdStop", 3 * p.screen.GridMode1.rows());
+    p.toolbar("Disconnect");
+    const QString path = QDir(p.logFolder()).filePath(QDir(p.logFolder()).entryList({"*.log"}).value(0));
+
+    app::frmGraph* graph = p.graph();
+    EXPECT_EQ(p.graph(), graph) << "a second press shows the same window";
+    EXPECT_EQ(p.window->findChildren<app::frmGraph*>().size(), 1);
+    p.toolbar("Log Controller");
+    auto* player = p.window->findChild<log::frmLogController*>();
+    player->setFileChooser([&] { return path; });
+    player->imgOpen_Click();
+    player->controller().setSpeed(1);
+    QPointer<app::frmGraph> watched(graph);
+    int shown = 0;
+    QObject::connect(&player->controller(), &log::LogController::frameShown, graph, [&] {
+        if (++shown == 5)
+            watched->close();
+    });
+    player->controller().play();
+    EXPECT_EQ(p.screen.StatusBar1.text(1), "LOG...END");
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_TRUE(watched.isNull()) << "the closed window is gone";
+
+    app::frmGraph* again = p.graph();
+    ASSERT_NE(again, nullptr);
+    player->controller().rewind();
+    player->controller().play();
+    EXPECT_GE(again->model().pointCount(), 4u) << "the new window follows the player";
+    again->resize(420, 300);
+    QApplication::processEvents();
+    for (QGraphicsItem* item : again->chart().chart()->childItems())
+        if (auto* text = dynamic_cast<QGraphicsSimpleTextItem*>(item))
+            EXPECT_LE(text->mapRectToScene(text->boundingRect()).right(), again->chart().chart()->size().width());
+    player->close();
+}
+
+// A log from before frames carried times, and one whose time tail lost its checksum: both replay
+// into the graph, the first over frame numbers, the second with the damaged frame at the time of
+// the one before it; the export leaves their times blank.
+TEST(GraphWindow, OldLogsAndBadTimeTailsReplayWithoutTimes)
+{
+    test::Watchdog watchdog("graph old logs");
+    GraphProgram p;
+    const QString old = QDir(p.logFolder()).filePath("old.log"), bad = QDir(p.logFolder()).filePath("bad.log");
+    for (const QString& path : {old, bad}) {
+        log::LogFile file(path.toStdString(), log::LogFile::Mode::Create);
+        file.writeRecord(98, "9");
+        file.writeRecord(100, "KORVENATRONIX OBDII LOG");
+        file.writeRecord(102, "01/17/2009");
+        for (long k = 0; k < 20; ++k) {
+            char text[40];
+            std::snprintf(text, sizeof text, "486B10410C%02X%02X00", 0x10 + static_cast<int>(k), 0x40);
+            if (path == old)
+                file.writeRecord(150 + k, text);
+            else
+                file.writeFrameRecord(150 + k, text, 1000 + 500 * k);
+        }
+        file.writeRecord(99, "20");
+    }
+    {
+        QFile damaged(bad);
+        ASSERT_TRUE(damaged.open(QIODevice::ReadWrite));
+        damaged.seek(155 * 128 - 1); // the last checksum byte of record 155, frame 6
+        char last = 0;
+        damaged.getChar(&last);
+        damaged.seek(155 * 128 - 1);
+        damaged.putChar(static_cast<char>(last ^ 0x5A));
+    }
+    log::LogFile check(bad.toStdString(), log::LogFile::Mode::Read);
+    EXPECT_EQ(check.readRecordTime(155), std::nullopt);
+    EXPECT_EQ(check.readRecordTime(156), 4000);
+
+    app::frmGraph* graph = p.graph();
+    p.toolbar("Log Controller");
+    auto* player = p.window->findChild<log::frmLogController*>();
+    for (int speed : {0, 1}) {
+        for (const QString& path : {old, bad}) {
+            player->setFileChooser([&] { return path; });
+            player->imgOpen_Click();
+            player->controller().setSpeed(speed);
+            player->controller().play();
+            const GraphSeries* series = graph->model().series("0C");
+            ASSERT_NE(series, nullptr) << speed;
+            ASSERT_EQ(series->size(), path == old ? 20u : 19u) << "speed " << speed << ": the damaged frame shares a time";
+            const auto* axis = qobject_cast<QValueAxis*>(graph->chart().chart()->axes(Qt::Horizontal).value(0));
+            ASSERT_NE(axis, nullptr);
+            if (path == old) {
+                EXPECT_EQ(axis->titleText(), "Frame") << speed;
+                EXPECT_DOUBLE_EQ(series->at(0).t, 1) << speed;
+                EXPECT_DOUBLE_EQ(series->last().t, 20) << speed;
+            } else {
+                EXPECT_EQ(axis->titleText(), "Time (s)") << speed;
+                EXPECT_DOUBLE_EQ(series->at(0).t, 1.0) << speed;
+                EXPECT_DOUBLE_EQ(series->at(4).t, 3.0) << speed << ": frame 6 went in at frame 5's time";
+                EXPECT_DOUBLE_EQ(series->last().t, 10.5) << speed;
+            }
+        }
+    }
+    player->close();
+    std::ostringstream csv;
+    log::ExportLog(bad.toStdString(), log::StandardLiveDecoding(), log::ExportFormat::Csv, csv);
+    EXPECT_NE(csv.str().find("\r\n3.000,5,0C,"), std::string::npos);
+    EXPECT_NE(csv.str().find("\r\n,6,0C,"), std::string::npos) << "no time where the tail is damaged";
+}
+
 TEST(GraphCommand, DrawsALogIntoAPictureWithoutADisplay)
 {
     test::ProgramWindow p;
@@ -195,6 +610,47 @@ TEST(GraphCommand, DrawsALogIntoAPictureWithoutADisplay)
     ASSERT_TRUE(kvx.waitForFinished(20000));
     EXPECT_EQ(kvx.exitCode(), 1);
     EXPECT_TRUE(QString(kvx.readAllStandardError()).contains("no numeric value of A7"));
+    QFile::remove(png);
+    kvx.start(KVX_BIN_DIR "/kvx", {"graph", log, "-o", png, "--pids", "0C,A7"});
+    ASSERT_TRUE(kvx.waitForFinished(20000));
+    EXPECT_EQ(kvx.exitCode(), 1) << "not all that was asked for is drawn";
+    EXPECT_TRUE(QString(kvx.readAllStandardError()).contains("no numeric value of A7"));
+    EXPECT_FALSE(QImage(png).isNull()) << "the others are";
+
+    // What goes wrong is said: a missing log, a file that is no log, a damaged log (drawn up to
+    // the damage), a picture that cannot be written.
+    const QString folder = p.folder.path();
+    auto run = [&](const QStringList& args) {
+        kvx.start(KVX_BIN_DIR "/kvx", QStringList{"graph"} + args);
+        EXPECT_TRUE(kvx.waitForFinished(20000));
+        return std::make_pair(kvx.exitCode(), QString(kvx.readAllStandardError()));
+    };
+    auto [code, said] = run({folder + "/none.log", "-o", png});
+    EXPECT_EQ(code, 1);
+    EXPECT_TRUE(said.contains("No such file")) << said.toStdString();
+    {
+        QFile text(folder + "/text.log");
+        ASSERT_TRUE(text.open(QIODevice::WriteOnly));
+        text.write(QByteArray(20000, 'x'));
+    }
+    std::tie(code, said) = run({folder + "/text.log", "-o", png});
+    EXPECT_EQ(code, 1);
+    EXPECT_TRUE(said.contains("damaged or not a log")) << said.toStdString();
+    QFile::copy(log, folder + "/damaged.log");
+    {
+        QFile damaged(folder + "/damaged.log");
+        ASSERT_TRUE(damaged.open(QIODevice::ReadWrite));
+        damaged.seek(154 * 128);
+        damaged.write(QByteArray("\xFF\x7F", 2));
+    }
+    QFile::remove(png);
+    std::tie(code, said) = run({folder + "/damaged.log", "-o", png});
+    EXPECT_EQ(code, 1);
+    EXPECT_TRUE(said.contains("drew the 5 frames before the damage")) << said.toStdString();
+    EXPECT_FALSE(QImage(png).isNull());
+    std::tie(code, said) = run({log, "-o", folder + "/no/such/folder/x.png"});
+    EXPECT_EQ(code, 1);
+    EXPECT_TRUE(said.contains("cannot write " + folder + "/no/such/folder/x.png: ")) << said.toStdString();
 }
 
 } // namespace
