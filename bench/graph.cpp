@@ -12,6 +12,7 @@
 #include "app/StartUp.h"
 #include "app/frmGraph.h"
 #include "app/frmMain.h"
+#include "garage/ProgramFolders.h"
 #include "link/Clock.h"
 #include "link/LinkSession.h"
 #include "ports/WireFactory.h"
@@ -129,9 +130,9 @@ void liveComparison(int rounds, int seconds)
     MainScreen screen;
     PrintingShell shell;
     Session session(link, screen, shell);
-    const std::string folder = QCoreApplication::applicationDirPath().toStdString();
-    app::StartSession(session, true, folder);
-    app::MainActions actions = app::BindSessionActions(session, folder);
+    const garage::ProgramFolders folders = garage::runFolders();
+    app::StartSession(session, true, folders.shipped.toStdString());
+    app::MainActions actions = app::BindSessionActions(session, folders);
     app::frmMain window(screen, actions);
     shell.setParent(&window);
     window.show();
