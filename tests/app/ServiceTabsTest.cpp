@@ -103,11 +103,16 @@ TEST(ServiceTabs, TroubleCodesReadPendingAndClearWithoutAQuestion)
     p.click("cmdMode7");
     EXPECT_EQ(p.screen.txtMode347.text().find("P0301"), std::string::npos);
 
-    // Cleared at once, and the unit has no code left to report.
+    // Cleared at once, and the unit has no code left to report, nor a freeze frame.
     p.click("cmdMode4");
     EXPECT_TRUE(p.shell.boxes.empty());
-    p.click("cmdMode3");
-    EXPECT_EQ(p.screen.txtMode347.text(), "No Response From ECU");
+    for (const char* read : {"cmdMode3", "cmdMode7"}) {
+        p.click(read);
+        EXPECT_EQ(p.screen.txtMode347.text(), "No Response From ECU") << read;
+    }
+    p.showTab(1);
+    p.click("cmdRequestMode2");
+    EXPECT_EQ(p.screen.txtMode2.text(), "") << "the frame went with the codes";
 }
 
 TEST(ServiceTabs, FreezeFrameReadsTheFrameTypedInTheBoxInFixedColumns)
@@ -197,6 +202,7 @@ TEST(ServiceTabs, InformationButtonsAndTheVin)
     ASSERT_EQ(buttons[3]->property("Index"), 4);
     p.click(buttons[1]);
     EXPECT_NE(p.screen.txtInfo.text().find("Misfire"), std::string::npos);
+    EXPECT_NE(p.screen.txtInfo.text().find("Confirmed trouble codes: 6"), std::string::npos) << p.screen.txtInfo.text();
     expectBoxShowsModel(p, "txtInfo", p.screen.txtInfo);
 
     // The unit describes its sensors the two-bank way only: nothing is asked for the other.

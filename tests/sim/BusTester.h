@@ -107,12 +107,6 @@ struct BusTester {
         f.insert(f.end(), payload.begin(), payload.end());
         return request(f, true);
     }
-    Bytes kwp(const Bytes& payload)
-    {
-        Bytes f{static_cast<std::uint8_t>(0xC0 | payload.size()), 0x33, 0xF1};
-        f.insert(f.end(), payload.begin(), payload.end());
-        return request(f, true);
-    }
 };
 
 // The units' frames since a time, split where the line was quiet for longer than P1max.

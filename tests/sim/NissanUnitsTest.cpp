@@ -108,24 +108,6 @@ TEST(NissanUnits, LiveValuesDecodeToPlausibleNumbers)
     EXPECT_GT(std::stod(decoder.SensorValue(gearbox.read("1105"), 1, 0, 2)), 100);
 }
 
-TEST(NissanUnits, ASilentUnitAnswersNothingUntilItsVoiceIsBack)
-{
-    NissanBench engine("10");
-    ASSERT_TRUE(engine.start());
-    engine.vehicle.setSilent(0x10, true);
-    EXPECT_EQ(engine.read("1101"), "");
-    EXPECT_FALSE(engine.start(true)) << "no answer to the wake-up either";
-
-    NissanBench gearbox("18");
-    gearbox.vehicle.setSilent(0x10, true);
-    ASSERT_TRUE(gearbox.start()) << "the other unit is not affected";
-    EXPECT_NE(gearbox.read("1101"), "");
-
-    engine.vehicle.setSilent(0x10, false);
-    ASSERT_TRUE(engine.start(true));
-    EXPECT_NE(engine.read("1101"), "");
-}
-
 TEST(NissanUnits, OnAPtyTheStartMessageAloneOpensTheSession)
 {
     VehicleConfig config;

@@ -1,4 +1,5 @@
 #include "link/SimBench.h"
+#include "link/ReplyText.h"
 #include "link/decode/TroubleCodes.h"
 #include "sim/VirtualVehicle.h"
 
@@ -11,17 +12,6 @@ namespace kvx::sim::test {
 namespace {
 
 using Bench = kvx::test::SimBench;
-
-std::vector<std::string> messages(const std::string& reply)
-{
-    std::vector<std::string> out;
-    for (std::size_t from = 0; from < reply.size();) {
-        const std::size_t to = std::min(reply.find(':', from), reply.size());
-        out.push_back(reply.substr(from, to - from));
-        from = to + 1;
-    }
-    return out;
-}
 
 // A car of one unit: the built-in engine unit, changed as the test needs.
 VehicleProfile oneUnitCar(void (*change)(VehicleProfile&, UnitProfile&))
@@ -60,27 +50,11 @@ TEST(ProfiledCar, EachCarConnectsOnlyThroughTheWakeUpsItAnswers)
                 continue;
             EXPECT_NE(bench.result.find(expected), std::string::npos) << c.car << ": " << bench.result;
             const std::string request = protocol == 1 ? "686AF1010D" : "C233F1010D";
-            const auto reply = messages(bench.ask(request));
+            const auto reply = link::splitReply(bench.ask(request));
             ASSERT_EQ(reply.size(), 1u) << c.car << ", protocol " << protocol;
             EXPECT_NE(reply[0].find("410D"), std::string::npos) << c.car << ": " << reply[0];
         }
     }
-}
-
-TEST(ProfiledCar, ARefusalComesInTheUnitsOwnFrameForm)
-{
-    const VehicleProfile car = oneUnitCar([](VehicleProfile& v, UnitProfile& u) {
-        v.slowInit = VehicleProfile::SlowInit::None;
-        u.kwpKb1 = 0xEA; // addresses and a separate length byte only
-        u.refusals[0x04] = 0x22;
-    });
-    Bench bench(configFor(car, 1));
-    ASSERT_TRUE(bench.wake(3));
-    const std::string raw = bench.link.Transact(bench.link.EncodeRequest("C133F104"));
-    EXPECT_EQ(raw.substr(0, 14), "80F110037F0422") << "format 80, a length byte of 3, then 7F 04 22";
-    EXPECT_EQ(raw.substr(14), bench.link.ComputeChecksum(raw.substr(0, 14)));
-    const auto codes = messages(bench.ask("C133F103"));
-    ASSERT_EQ(codes.size(), 2u) << "the codes are still there to read";
 }
 
 TEST(ProfiledCar, HexDigitCodesComeWholeAfterTheUnitSaidItWasBusy)
@@ -95,7 +69,7 @@ TEST(ProfiledCar, HexDigitCodesComeWholeAfterTheUnitSaidItWasBusy)
     const link::Micros asked = bench.clock.now();
     const std::string reply = bench.ask("686AF103");
     EXPECT_GE(bench.clock.now() - asked, link::ms(400)) << "the link waited for the answer after 7F 03 78";
-    const auto frames = messages(reply);
+    const auto frames = link::splitReply(reply);
     ASSERT_EQ(frames.size(), 2u) << reply;
     EXPECT_EQ(link::decode::formatTroubleCodes(reply, 2), "P0A80P2A00U0100B1A00");
     EXPECT_EQ(bench.ask("686AF1020200").substr(12, 4), "0A80") << "the freeze frame's code";
@@ -111,19 +85,47 @@ TEST(ProfiledCar, TwoUnitsAnswerEveryFunctionalRequestInRankOrder)
     ASSERT_TRUE(bench.wake(1));
     for (const std::string request : {"0100", "0120", "010C", "020000", "03", "07", "050101", "0600", "0601", "0902", "3E"}) {
         std::vector<std::string> from;
-        for (const auto& m : messages(bench.ask("686AF1" + request)))
+        for (const auto& m : link::splitReply(bench.ask("686AF1" + request)))
             if (from.empty() || from.back() != m.substr(4, 2))
                 from.push_back(m.substr(4, 2));
         EXPECT_EQ(from, (std::vector<std::string>{"11", "10"})) << request;
     }
     // A service no unit knows: the first unit speaks for the car, once.
-    const auto refused = messages(bench.ask("686AF108010000000000"));
+    const auto refused = link::splitReply(bench.ask("686AF108010000000000"));
     ASSERT_EQ(refused.size(), 1u);
     EXPECT_EQ(refused[0].substr(4, 8), "107F0811");
     // Cleared on both units.
-    ASSERT_EQ(messages(bench.ask("686AF104")).size(), 2u);
-    for (const auto& m : messages(bench.ask("686AF103")))
+    ASSERT_EQ(link::splitReply(bench.ask("686AF104")).size(), 2u);
+    for (const auto& m : link::splitReply(bench.ask("686AF103")))
         EXPECT_EQ(m.substr(6, 14), "43000000000000") << m;
+}
+
+// The built-in car's drive as its engine unit tells it, woken again after each wait.
+TEST(ProfiledCar, TheBuiltInCarIdlesColdThenDrivesAndWaitsAtALight)
+{
+    Bench bench;
+    const auto data = [&](const char* pid) {
+        for (const std::string& m : link::splitReply(bench.ask(std::string("686AF101") + pid)))
+            if (link::sourceText(m) == "10")
+                return link::readMessage(m)->data;
+        return link::Bytes(3);
+    };
+    const auto rpm = [&] { const auto d = data("0C"); return (d[1] * 256 + d[2]) / 4; };
+    const auto speed = [&] { return int(data("0D")[1]); };
+    const auto coolant = [&] { return data("05")[1] - 40; };
+    ASSERT_TRUE(bench.wake(1));
+    const int coldCoolant = coolant();
+    EXPECT_GT(rpm(), 1000);
+    EXPECT_LT(coldCoolant, 35);
+    EXPECT_EQ(speed(), 0);
+    bench.clock.sleepFor(link::ms(190'000));
+    ASSERT_TRUE(bench.wake(1, "", true));
+    EXPECT_GT(speed(), 5);
+    EXPECT_GT(coolant(), coldCoolant + 30);
+    bench.clock.sleepFor(link::ms(100'000));
+    ASSERT_TRUE(bench.wake(1, "", true));
+    EXPECT_EQ(speed(), 0);
+    EXPECT_LT(rpm(), 900);
 }
 
 } // namespace
