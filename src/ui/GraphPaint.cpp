@@ -49,15 +49,21 @@ void paintGrid(QPainter& p, const GraphPicture& picture, const GraphGeometry& g,
 void paintScales(QPainter& p, const GraphPicture& picture, const GraphGeometry& g, const QFontMetricsF& metrics)
 {
     const double h = metrics.height();
+    // On a plot too short for every label, every other one, or the ends only, or none.
+    const double apart = g.plot.height() / (kScaleMarks - 1);
+    const std::size_t every = apart >= h ? 1 : 2 * apart >= h ? 2 : 4 * apart >= h ? 4 : 0;
     for (std::size_t k = 0; k < g.scaleX.size(); ++k) {
         const GraphLine& line = picture.lines[k];
         const double x = crisp(g.scaleX[k]);
         const double side = k % 2 == 0 ? -1 : 1;
         p.setPen(QPen(line.colour, 1));
         p.drawLine(QPointF(x, g.plot.top()), QPointF(x, g.plot.bottom()));
-        for (const ScaleMark& mark : line.scale.marks) {
+        for (std::size_t i = 0; i < line.scale.marks.size(); ++i) {
+            const ScaleMark& mark = line.scale.marks[i];
             const double y = valueY(line.scale, g.plot, mark.value);
             p.drawLine(QPointF(x, y), QPointF(x + side * kTick, y));
+            if (every == 0 || i % every != 0)
+                continue;
             const double from = x + side * (kTick + kLabelGap);
             const QRectF box = side < 0 ? QRectF(from - kTextRoom, y - h / 2, kTextRoom, h) : QRectF(from, y - h / 2, kTextRoom, h);
             p.drawText(box, (side < 0 ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter, mark.text);
