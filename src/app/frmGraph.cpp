@@ -13,7 +13,6 @@
 #include "ui/GraphChart.h"
 
 #include <QComboBox>
-#include <QCoreApplication>
 #include <QFileDialog>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -235,8 +234,6 @@ void frmGraph::savePicture()
     if (path.isEmpty())
         return;
     refresh();
-    // The chart lays itself out for what was just drawn when events next run; the picture waits.
-    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
     if (!chart_->grab().save(path, "PNG"))
         session_.shell.messageBox(kTitle.toStdString(), "Cannot write " + path.toStdString() + ".",
                                   MessageIcon::Exclamation);

@@ -5,7 +5,6 @@
 #include "session/GraphModel.h"
 #include "ui/GraphChart.h"
 
-#include <QApplication>
 #include <QCommandLineParser>
 #include <QImageWriter>
 #include <QSaveFile>
@@ -65,21 +64,9 @@ int RunGraph(const QStringList& args)
 
     ui::GraphChart chart(model);
     chart.setTimeTitle(timed ? QStringLiteral("Time (s)") : QStringLiteral("Frame"));
+    // Never shown: the chart paints itself into the picture at the size asked for.
     chart.resize(width, height);
-    // Laid out as if shown, so the chart knows its size, on a platform that needs no display.
-    chart.setAttribute(Qt::WA_DontShowOnScreen);
-    // The offscreen platform says on stderr that it cannot pass a window's size hints on, which
-    // means nothing to someone drawing a log; other messages pass.
-    static const QtMessageHandler passOn = qInstallMessageHandler(
-        [](QtMsgType type, const QMessageLogContext& context, const QString& text) {
-            if (!text.contains(QLatin1String("does not support propagateSizeHints")))
-                passOn(type, context, text);
-        });
-    chart.show();
-    QApplication::processEvents();
     chart.showAll();
-    // The chart lays itself out anew for the whole run when events next run; the picture waits.
-    QApplication::processEvents();
     const QString output = parser.value("output");
     // Written beside it under another name and renamed into place: a failed write leaves
     // whatever stood there.
