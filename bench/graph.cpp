@@ -8,17 +8,8 @@
 // the virtual vehicle's live data on the real clock while a 5 ms heartbeat notes the longest
 // stretch without events; each round runs once without the graph window and once with it open,
 // plotting eight items, so the difference is what the graph adds.
-#include "app/SessionActions.h"
-#include "app/StartUp.h"
+#include "RunningProgram.h"
 #include "app/frmGraph.h"
-#include "app/frmMain.h"
-#include "garage/ProgramFolders.h"
-#include "link/Clock.h"
-#include "link/LinkSession.h"
-#include "ports/WireFactory.h"
-#include "session/MainScreen.h"
-#include "session/Session.h"
-#include "ui/QtShell.h"
 #include "log/LogFile.h"
 #include "log/LogGraph.h"
 #include "log/ReplayFrames.h"
@@ -27,7 +18,6 @@
 
 #include <QApplication>
 #include <QElapsedTimer>
-#include <QSettings>
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTimer>
@@ -104,14 +94,6 @@ double longestGapMs(GraphModel* graph, kvx::ui::GraphChart* chart, int runMs, do
     return static_cast<double>(longest) / 1e6;
 }
 
-class PrintingShell : public kvx::ui::QtShell {
-public:
-    void messageBox(const std::string& title, const std::string& text, kvx::MessageIcon) override
-    {
-        std::fprintf(stderr, "%s: %s\n", title.c_str(), text.c_str());
-    }
-};
-
 double median(std::vector<double> v)
 {
     std::sort(v.begin(), v.end());
@@ -122,24 +104,13 @@ double median(std::vector<double> v)
 void liveComparison(int rounds, int seconds)
 {
     using namespace kvx;
-    QTemporaryDir store;
-    QSettings::setDefaultFormat(QSettings::IniFormat);
-    QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, store.path());
-    link::SteadyClock clock;
-    link::LinkSession link(ports::makeWireFactory(clock), clock);
-    MainScreen screen;
-    PrintingShell shell;
-    Session session(link, screen, shell);
-    const garage::ProgramFolders folders = garage::runFolders();
-    app::StartSession(session, true, folders.shipped.toStdString());
-    app::MainActions actions = app::BindSessionActions(session, folders);
-    app::frmMain window(screen, actions);
-    shell.setParent(&window);
-    window.show();
-    if (!actions.ConnectModule(ModuleGeneric)) {
-        std::fprintf(stderr, "could not connect to the virtual vehicle\n");
+    bench::RunningProgram program;
+    if (!program.connect())
         return;
-    }
+    app::frmMain& window = *program.window;
+    Session& session = program.session;
+    app::MainActions& actions = program.actions;
+    MainScreen& screen = program.screen;
     screen.TabStrip1.select(0);
 
     QElapsedTimer clockNs;

@@ -11,16 +11,7 @@
 // real one does. The program itself runs on one thread.
 //
 // Usage: bench_ui_latency [trials per measure, default 15]
-#include "app/SessionActions.h"
-#include "app/StartUp.h"
-#include "app/frmMain.h"
-#include "garage/ProgramFolders.h"
-#include "link/Clock.h"
-#include "link/LinkSession.h"
-#include "ports/WireFactory.h"
-#include "session/MainScreen.h"
-#include "session/Session.h"
-#include "ui/QtShell.h"
+#include "RunningProgram.h"
 
 #include <QAbstractItemView>
 #include <QApplication>
@@ -30,8 +21,6 @@
 #include <QPointer>
 #include <QPointingDevice>
 #include <QPushButton>
-#include <QSettings>
-#include <QTemporaryDir>
 #include <QTimer>
 #include <QWindow>
 #include <algorithm>
@@ -50,16 +39,6 @@ using namespace kvx;
 using Clock = std::chrono::steady_clock;
 
 namespace {
-
-// The window's shell, but a box is printed rather than shown: a modal box (a missing
-// description file, say) would stop the measurement until someone closed it.
-class PrintingShell : public ui::QtShell {
-public:
-    void messageBox(const std::string& title, const std::string& text, MessageIcon) override
-    {
-        std::fprintf(stderr, "%s: %s\n", title.c_str(), text.c_str());
-    }
-};
 
 std::int64_t nowUs()
 {
@@ -197,34 +176,21 @@ int main(int argc, char** argv)
     qputenv("QT_QPA_PLATFORM", qgetenv("QT_QPA_PLATFORM").isEmpty() ? "offscreen" : qgetenv("QT_QPA_PLATFORM"));
     QApplication application(argc, argv);
     const int trials = argc > 1 ? std::max(1, std::atoi(argv[1])) : 15;
-    // The start-up settings (P3 300 ms and the rest), whatever this machine's user has saved.
-    QTemporaryDir store;
-    QSettings::setDefaultFormat(QSettings::IniFormat);
-    QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, store.path());
-
-    link::SteadyClock clock;
-    link::LinkSession link(ports::makeWireFactory(clock), clock);
-    MainScreen screen;
-    PrintingShell shell;
-    Session session(link, screen, shell);
-    const garage::ProgramFolders folders = garage::runFolders();
-    app::StartSession(session, true, folders.shipped.toStdString());
-    app::MainActions actions = app::BindSessionActions(session, folders);
     // The effect of a stop click is Busy cleared, which the stop routine does.
     Mark stopped;
-    for (std::function<void()>* stop : {&actions.Stop, &actions.StopLiveCombo})
-        *stop = [inner = *stop, &stopped] {
-            inner();
-            stopped.set();
-        };
-    app::frmMain window(screen, actions);
-    shell.setParent(&window);
-    window.show();
-
-    if (!actions.ConnectModule(ModuleGeneric)) {
-        std::fprintf(stderr, "could not connect to the virtual vehicle\n");
+    bench::RunningProgram program([&stopped](app::MainActions& actions) {
+        for (std::function<void()>* stop : {&actions.Stop, &actions.StopLiveCombo})
+            *stop = [inner = *stop, &stopped] {
+                inner();
+                stopped.set();
+            };
+    });
+    if (!program.connect())
         return 1;
-    }
+    app::frmMain& window = *program.window;
+    Session& session = program.session;
+    app::MainActions& actions = program.actions;
+    MainScreen& screen = program.screen;
     auto* combo = window.findChild<QComboBox*>(QStringLiteral("cmbPid"));
     Mark shown, hidden;
     Target stopButton, comboButton, entry;
