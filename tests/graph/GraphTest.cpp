@@ -303,6 +303,40 @@ struct GraphProgram : test::ProgramWindow {
         toolbar("Graph");
         return window->findChild<app::frmGraph*>();
     }
+
+    // The graph opened from the toolbar on generic live data, then passes of it; null when the
+    // connection failed.
+    app::frmGraph* graphOfLiveData(int passes)
+    {
+        if (!actions.ConnectModule(ModuleGeneric))
+            return nullptr;
+        app::frmGraph* shown = graph();
+        runFor("cmdRequestMode1", "cmdStop", passes * screen.GridMode1.rows());
+        return shown;
+    }
+
+    // Passes of live data recorded as the user records them, finished by the disconnect; the
+    // log's path.
+    QString recordLiveData(int passes)
+    {
+        if (!actions.ConnectModule(ModuleGeneric))
+            return {};
+        QTest::mouseClick(find<QCheckBox>("chkLog"), Qt::LeftButton);
+        runFor("cmdRequestMode1", "cmdStop", passes * screen.GridMode1.rows());
+        toolbar("Disconnect");
+        const QStringList logs = QDir(logFolder()).entryList({"*.log"});
+        return logs.size() == 1 ? QDir(logFolder()).filePath(logs[0]) : QString();
+    }
+
+    // The player from the toolbar, with `path` opened through its Open button.
+    log::frmLogController* openInPlayer(const QString& path)
+    {
+        toolbar("Log Controller");
+        auto* player = window->findChild<log::frmLogController*>();
+        player->setFileChooser([path] { return path; });
+        player->imgOpen_Click();
+        return player;
+    }
 };
 
 // Live data on the virtual vehicle, with the window opened from the toolbar: the ticked rows'
@@ -346,9 +380,8 @@ TEST(GraphWindow, EachSamplePairsTheTwoTextsOfOneReading)
 {
     test::Watchdog watchdog("graph pairs");
     GraphProgram p;
-    ASSERT_TRUE(p.actions.ConnectModule(ModuleGeneric));
-    app::frmGraph* graph = p.graph();
-    p.runFor("cmdRequestMode1", "cmdStop", 4 * p.screen.GridMode1.rows());
+    app::frmGraph* graph = p.graphOfLiveData(4);
+    ASSERT_NE(graph, nullptr);
     std::map<std::string, std::pair<std::string, std::string>> shown;
     for (int row = 1; row < p.screen.GridMode1.rows(); ++row)
         shown[p.screen.GridMode1.text(row, 1)] = {p.screen.GridMode1.text(row, 3), p.screen.GridMode1.text(row, 4)};
@@ -372,9 +405,8 @@ TEST(GraphWindow, UntickingEveryItemLeavesItUnplotted)
 {
     test::Watchdog watchdog("graph untick");
     GraphProgram p;
-    ASSERT_TRUE(p.actions.ConnectModule(ModuleGeneric));
-    app::frmGraph* graph = p.graph();
-    p.runFor("cmdRequestMode1", "cmdStop", 2 * p.screen.GridMode1.rows());
+    app::frmGraph* graph = p.graphOfLiveData(2);
+    ASSERT_NE(graph, nullptr);
     auto* list = graph->findChild<QListWidget*>("lstItems");
     ASSERT_FALSE(graph->model().plotted().empty());
     for (int i = 0; i < list->count(); ++i)
@@ -426,20 +458,12 @@ TEST(GraphWindow, AReplayAtNoDelayDrawsTheWholeLogAtItsReceiveTimes)
 {
     test::Watchdog watchdog("graph replay");
     GraphProgram p;
-    ASSERT_TRUE(p.actions.ConnectModule(ModuleGeneric));
-    QTest::mouseClick(p.find<QCheckBox>("chkLog"), Qt::LeftButton);
-    p.runFor("cmdRequestMode1", "cmdStop", 3 * p.screen.GridMode1.rows());
-    p.toolbar("Disconnect");
-    const QStringList files = QDir(p.logFolder()).entryList({"*.log"});
-    ASSERT_EQ(files.size(), 1);
-    const std::string path = QDir(p.logFolder()).filePath(files[0]).toStdString();
+    const QString recording = p.recordLiveData(3);
+    ASSERT_FALSE(recording.isEmpty());
+    const std::string path = recording.toStdString();
 
     app::frmGraph* graph = p.graph();
-    p.toolbar("Log Controller");
-    auto* player = p.window->findChild<log::frmLogController*>();
-    ASSERT_NE(player, nullptr);
-    player->setFileChooser([&] { return QString::fromStdString(path); });
-    player->imgOpen_Click();
+    log::frmLogController* player = p.openInPlayer(recording);
     player->controller().setSpeed(0);
     player->controller().play();
     EXPECT_EQ(p.screen.StatusBar1.text(1), "LOG...END");
@@ -471,19 +495,13 @@ TEST(GraphWindow, ClosedWhileAReplayDrawsAndOpenedAgain)
 {
     test::Watchdog watchdog("graph close");
     GraphProgram p;
-    ASSERT_TRUE(p.actions.ConnectModule(ModuleGeneric));
-    QTest::mouseClick(p.find<QCheckBox>("chkLog"), Qt::LeftButton);
-    p.runFor("cmdRequestMode1", "cmdStop", 3 * p.screen.GridMode1.rows());
-    p.toolbar("Disconnect");
-    const QString path = QDir(p.logFolder()).filePath(QDir(p.logFolder()).entryList({"*.log"}).value(0));
+    const QString path = p.recordLiveData(3);
+    ASSERT_FALSE(path.isEmpty());
 
     app::frmGraph* graph = p.graph();
     EXPECT_EQ(p.graph(), graph) << "a second press shows the same window";
     EXPECT_EQ(p.window->findChildren<app::frmGraph*>().size(), 1);
-    p.toolbar("Log Controller");
-    auto* player = p.window->findChild<log::frmLogController*>();
-    player->setFileChooser([&] { return path; });
-    player->imgOpen_Click();
+    log::frmLogController* player = p.openInPlayer(path);
     player->controller().setSpeed(1);
     QPointer<app::frmGraph> watched(graph);
     int shown = 0;
@@ -574,12 +592,9 @@ TEST(GraphWindow, OldLogsAndBadTimeTailsReplayWithoutTimes)
 
 TEST(GraphCommand, DrawsALogIntoAPictureWithoutADisplay)
 {
-    test::ProgramWindow p;
-    ASSERT_TRUE(p.actions.ConnectModule(ModuleGeneric));
-    QTest::mouseClick(p.find<QCheckBox>("chkLog"), Qt::LeftButton);
-    p.runFor("cmdRequestMode1", "cmdStop", 2 * p.screen.GridMode1.rows());
-    p.toolbar("Disconnect");
-    const QString log = QDir(p.logFolder()).filePath(QDir(p.logFolder()).entryList({"*.log"}).value(0));
+    GraphProgram p;
+    const QString log = p.recordLiveData(2);
+    ASSERT_FALSE(log.isEmpty());
     const QString png = QDir(p.folder.path()).filePath("log.png");
 
     QProcess kvx;
