@@ -108,9 +108,12 @@ TEST(VehicleOption, CanCarsAnswerThroughAnElm327AndAWrongInterfaceIsSaidPlainly)
     EXPECT_TRUE(cable.err.contains("on CAN, which a K-line cable cannot reach")) << cable.err.toStdString();
 
     // On a pseudo-terminal: the adapter in front of a CAN car, then a plain K-line bus that only
-    // echoes what the ELM327 engine says to it.
+    // echoes what the ELM327 engine says to it. The K-line engine tried on the adapter first leaves
+    // its bytes on the adapter's input, which must not cost the next connection.
     {
         const ServedCar adapter(kvx, {"--elm327", "--vehicle", "can29-250"});
+        const Result kline = kvx.run({"raw", "--port", adapter.path(), "--interface", "kline", "--protocol", "3", "C033F10100"});
+        EXPECT_EQ(kline.code, 1);
         const Result codes = kvx.run({"dtc", "--port", adapter.path(), "--interface", "elm327"});
         EXPECT_EQ(codes.code, 0) << codes.err.toStdString();
         EXPECT_TRUE(codes.out.startsWith("P0087 - Fuel Rail/System Pressure - Too Low")) << codes.out.toStdString();
