@@ -2,7 +2,9 @@
 #include "cli/CommandLine.h"
 #include "cli/ConsoleSession.h"
 #include "cli/TracePrinter.h"
+#include "link/Hex.h"
 #include "link/LinkSession.h"
+#include "link/ProtocolBytes.h"
 #include "ports/WireFactory.h"
 #include "session/CommSettings.h"
 #include "settings/SettingsStore.h"
@@ -31,6 +33,14 @@ int RunRaw(const QStringList& args)
         return Fail(command + ": --protocol takes 1 to 8, not '" + p.value("protocol") + "'");
     if (p.positionalArguments().isEmpty())
         return Fail(command + ": give at least one request, e.g. 686AF10100");
+    // A request that cannot be sent is said before the unit is woken for nothing.
+    for (const QString& arg : p.positionalArguments()) {
+        const auto bytes = link::fromHex(arg.toStdString());
+        if (!bytes)
+            return Fail(command + ": the request '" + arg + "' is not hex byte pairs");
+        if (bytes->size() <= link::kline::kIsoHeaderSize)
+            return Fail(command + ": the request '" + arg + "' needs three header bytes and a service, e.g. 686AF10100");
+    }
     QString problem;
     const auto interface = InterfaceFromOptions(p, problem);
     if (!interface)

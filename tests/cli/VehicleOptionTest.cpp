@@ -36,7 +36,7 @@ TEST(VehicleOption, ACarThatCannotBeHadIsAUsageErrorSayingWhy)
         {{"dtc", "--port", "sim", "--vehicle", "lorry"}, "--vehicle: no car named 'lorry' in the garage"},
         {{"dtc", "--port", "sim", "--vehicle", broken},
          broken + ": units[0].pids.0C.constant: expected hex bytes such as \"1A F8\", not \"1AG8\""},
-        {{"raw", "--port", "sim", "--vehicle", broken, "0100"}, "units[0].pids.0C.constant"},
+        {{"raw", "--port", "sim", "--vehicle", broken, "686AF10100"}, "units[0].pids.0C.constant"},
         {{"dtc", "--port", "3", "--vehicle", "hybrid"}, "--vehicle is for the virtual vehicle"},
         {{"sim", "--pty", "--vehicle", broken}, "units[0].pids.0C.constant"},
         {{"sim", "--list", "--vehicle", "hybrid"}, "--list goes alone"},
