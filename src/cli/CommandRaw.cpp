@@ -4,6 +4,7 @@
 #include "cli/TracePrinter.h"
 #include "link/Hex.h"
 #include "link/LinkSession.h"
+#include "link/Protocol.h"
 #include "link/ProtocolBytes.h"
 #include "ports/WireFactory.h"
 #include "session/CommSettings.h"
@@ -77,7 +78,11 @@ int RunRaw(const QStringList& args)
         std::printf("no unit answered the wake-up\n");
         return 1;
     }
-    std::printf("awake on protocol %d, key bytes %s\n", used, result.c_str());
+    // An ELM327 keeps the key bytes to itself, and CAN has none: the protocol is named instead.
+    if (result.empty())
+        std::printf("awake on protocol %d (%s)\n", used, link::ProtocolName(used).c_str());
+    else
+        std::printf("awake on protocol %d, key bytes %s\n", used, result.c_str());
     for (const QString& arg : p.positionalArguments()) {
         const std::string request = arg.toUpper().toStdString();
         const std::string frame = link.EncodeRequest(request);

@@ -102,6 +102,9 @@ TEST(VehicleOption, CanCarsAnswerThroughAnElm327AndAWrongInterfaceIsSaidPlainly)
     EXPECT_EQ(live.code, 0) << live.err.toStdString();
     EXPECT_EQ(live.out.count("Engine speed"), 2) << live.out.toStdString();
     EXPECT_EQ(live.out.count("Vehicle speed"), 2) << live.out.toStdString();
+    const Result raw = kvx.run({"raw", "--port", "sim", "--interface", "elm327", "--vehicle", "can-500", "--virtual-time",
+                                "686AF1010C"});
+    EXPECT_TRUE(raw.out.contains("awake on protocol 5 (CAN 11bit 500k)\nrequest 686AF1010C\n")) << raw.out.toStdString();
 
     const Result cable = kvx.run({"dtc", "--port", "sim", "--vehicle", "can-500", "--virtual-time"});
     EXPECT_EQ(cable.code, 1);
