@@ -681,6 +681,12 @@ TEST(GraphCommand, DrawsALogIntoAPictureWithoutADisplay)
     EXPECT_EQ(code, 1);
     EXPECT_TRUE(said.contains("drew the 5 frames before the damage")) << said.toStdString();
     EXPECT_FALSE(QImage(png).isNull());
+    // Cut off where the frames begin, as a copy that stopped short leaves it.
+    QFile::copy(log, folder + "/cut.log");
+    QFile(folder + "/cut.log").resize(149 * 128);
+    std::tie(code, said) = run({folder + "/cut.log", "-o", png});
+    EXPECT_EQ(code, 1);
+    EXPECT_TRUE(said.contains("nothing to draw: the log holds no frames")) << said.toStdString();
     std::tie(code, said) = run({log, "-o", folder + "/no/such/folder/x.png"});
     EXPECT_EQ(code, 1);
     EXPECT_TRUE(said.contains("cannot write " + folder + "/no/such/folder/x.png: ")) << said.toStdString();
