@@ -58,7 +58,10 @@ int RunGraph(const QStringList& args)
             missing = true;
         }
     if (model.plotted().empty()) {
-        std::fprintf(stderr, "kvx graph: nothing to draw: the log holds no numeric value of the items asked for\n");
+        const char* why = read.frames == 0 ? "the log holds no frames"
+                          : wanted.empty() ? "the log holds no numeric value"
+                                           : "the log holds no numeric value of the items asked for";
+        std::fprintf(stderr, "kvx graph: nothing to draw: %s\n", why);
         return 1;
     }
 

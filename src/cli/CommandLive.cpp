@@ -128,6 +128,11 @@ void addOptions(QCommandLineParser& p)
 // The passes on the connected module, printed one by one.
 int pollPasses(Session& session, const QCommandLineParser& p, OutputFormat format)
 {
+    // Polling an empty grid would go round without asking anything, for ever when no count is given.
+    if (session.screen.GridMode1.rows() <= 1) {
+        std::fprintf(stderr, "kvx live: the unit offers no item to poll with this module\n");
+        return 1;
+    }
     QString problem;
     const std::set<std::string> wanted = wantedItems(p, session.ModuleIndex, problem);
     const std::set<std::string> missing = selectRows(session, wanted);

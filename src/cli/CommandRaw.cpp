@@ -2,7 +2,10 @@
 #include "cli/CommandLine.h"
 #include "cli/ConsoleSession.h"
 #include "cli/TracePrinter.h"
+#include "link/Hex.h"
 #include "link/LinkSession.h"
+#include "link/Protocol.h"
+#include "link/ProtocolBytes.h"
 #include "ports/WireFactory.h"
 #include "session/CommSettings.h"
 #include "settings/SettingsStore.h"
@@ -31,6 +34,14 @@ int RunRaw(const QStringList& args)
         return Fail(command + ": --protocol takes 1 to 8, not '" + p.value("protocol") + "'");
     if (p.positionalArguments().isEmpty())
         return Fail(command + ": give at least one request, e.g. 686AF10100");
+    // A request that cannot be sent is said before the unit is woken for nothing.
+    for (const QString& arg : p.positionalArguments()) {
+        const auto bytes = link::fromHex(arg.toStdString());
+        if (!bytes)
+            return Fail(command + ": the request '" + arg + "' is not hex byte pairs");
+        if (bytes->size() <= link::kline::kIsoHeaderSize)
+            return Fail(command + ": the request '" + arg + "' needs three header bytes and a service, e.g. 686AF10100");
+    }
     QString problem;
     const auto interface = InterfaceFromOptions(p, problem);
     if (!interface)
@@ -67,7 +78,11 @@ int RunRaw(const QStringList& args)
         std::printf("no unit answered the wake-up\n");
         return 1;
     }
-    std::printf("awake on protocol %d, key bytes %s\n", used, result.c_str());
+    // An ELM327 keeps the key bytes to itself, and CAN has none: the protocol is named instead.
+    if (result.empty())
+        std::printf("awake on protocol %d (%s)\n", used, link::ProtocolName(used).c_str());
+    else
+        std::printf("awake on protocol %d, key bytes %s\n", used, result.c_str());
     for (const QString& arg : p.positionalArguments()) {
         const std::string request = arg.toUpper().toStdString();
         const std::string frame = link.EncodeRequest(request);

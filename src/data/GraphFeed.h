@@ -2,6 +2,7 @@
 
 #include <QObject>
 #include <functional>
+#include <optional>
 
 namespace kvx {
 class GraphModel;
@@ -24,6 +25,8 @@ public:
 
 private:
     void take(int row, int col);
+    // Hands a row that shows a value to the graph: as a sample at time t, or only listed without t.
+    void pass(int row, std::optional<double> t);
 
     GridModel& grid_;
     GraphModel& graph_;

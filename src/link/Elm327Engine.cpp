@@ -151,7 +151,7 @@ int Elm327Engine::findBaud()
     }
     for (int baud : kElmBauds) {
         port_.wire().setBaud(baud);
-        const auto lines = dialogue_->tryCommand("ATI", kBaudProbeTimeout);
+        const auto lines = greet("ATI", kBaudProbeTimeout);
         if (lines && contains(*lines, kIdentity)) {
             note("the adapter answers at " + std::to_string(baud) + " baud");
             return baud;
@@ -165,7 +165,7 @@ int Elm327Engine::findBaud()
 
 void Elm327Engine::setUp()
 {
-    const auto reset = dialogue_->tryCommand("ATZ", kResetTimeout);
+    const auto reset = greet("ATZ", kResetTimeout);
     if (!reset)
         throw LinkError(LinkError::Kind::Adapter,
                         "The device on " + port_.describe() + " did not answer the reset (ATZ) at " +
@@ -179,6 +179,17 @@ void Elm327Engine::setUp()
     for (const char* command : {"ATE0", "ATL0", "ATS0", "ATH1"})
         expectOk(command);
     header_.clear();
+}
+
+std::optional<std::vector<std::string>> Elm327Engine::greet(const std::string& command, Micros timeout)
+{
+    // Bytes left on the adapter's input by another program (or by the K-line engine tried first)
+    // join the first command, which the adapter then answers "?"; that answer ends the stray line,
+    // so the command sent again is read on its own.
+    auto lines = dialogue_->tryCommand(command, timeout);
+    if (lines && lines->size() == 1 && lines->front() == "?")
+        lines = dialogue_->tryCommand(command, timeout);
+    return lines;
 }
 
 void Elm327Engine::expectOk(const std::string& command)

@@ -58,6 +58,7 @@ private:
     void openAdapter(int port);
     int findBaud();
     void setUp();
+    std::optional<std::vector<std::string>> greet(const std::string& command, Micros timeout);
     void expectOk(const std::string& command);
     void setHeader(const std::string& header);
     std::string headerFor(const Bytes& frame) const;

@@ -131,18 +131,12 @@ const GraphSeries* GraphModel::series(const std::string& id) const
     return const_cast<GraphModel*>(this)->findSeries(id);
 }
 
-void GraphModel::offer(const std::string& id, const std::string& label, bool ticked, const std::string& metric,
-                       const std::string& us, double t)
+GraphSeries* GraphModel::enlist(const std::string& id, const std::string& label, bool ticked, bool numeric,
+                                bool& changed)
 {
-    const auto metricValue = PlotValueOf(metric);
-    const auto usValue = PlotValueOf(us);
-    // An item with one numeric cell (a switch has only its metric one) plots that in both systems.
-    const bool numeric = metricValue || usValue;
     auto item = std::find_if(items_.begin(), items_.end(), [&id](const Item& i) { return i.id == id; });
-    bool changed = false;
     if (item == items_.end()) {
         items_.push_back({id, label, numeric});
-        item = std::prev(items_.end());
         changed = true;
     } else if (numeric && !item->numeric) {
         item->numeric = true;
@@ -156,6 +150,27 @@ void GraphModel::offer(const std::string& id, const std::string& label, bool tic
         series = &series_.back();
         changed = true;
     }
+    return series;
+}
+
+void GraphModel::list(const std::string& id, const std::string& label, bool ticked, const std::string& metric,
+                      const std::string& us)
+{
+    bool changed = false;
+    enlist(id, label, ticked, PlotValueOf(metric) || PlotValueOf(us), changed);
+    if (changed)
+        emit layoutChanged();
+}
+
+void GraphModel::offer(const std::string& id, const std::string& label, bool ticked, const std::string& metric,
+                       const std::string& us, double t)
+{
+    const auto metricValue = PlotValueOf(metric);
+    const auto usValue = PlotValueOf(us);
+    // An item with one numeric cell (a switch has only its metric one) plots that in both systems.
+    const bool numeric = metricValue || usValue;
+    bool changed = false;
+    GraphSeries* series = enlist(id, label, ticked, numeric, changed);
     if (series && numeric) {
         const PlotValue m = metricValue ? *metricValue : *usValue;
         const PlotValue u = usValue ? *usValue : *metricValue;

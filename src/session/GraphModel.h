@@ -71,6 +71,10 @@ public:
     // order first seen; only plotted items keep samples.
     void offer(const std::string& id, const std::string& label, bool ticked, const std::string& metric,
                const std::string& us, double t);
+    // An item the grid showed before the graph was there: listed in its place, and plotted from
+    // its next value when it is among the picked ones.
+    void list(const std::string& id, const std::string& label, bool ticked, const std::string& metric,
+              const std::string& us);
     // Forgets items and samples (a new connection, another log); the user's pick is kept for
     // items that come back.
     void clear();
@@ -101,6 +105,8 @@ signals:
 
 private:
     GraphSeries* findSeries(const std::string& id);
+    // Lists the item (or marks it numeric) and gives it a series when it is to be plotted.
+    GraphSeries* enlist(const std::string& id, const std::string& label, bool ticked, bool numeric, bool& changed);
 
     std::size_t pointsPerSeries_;
     std::vector<Item> items_;

@@ -64,6 +64,8 @@ TEST(CommandLine, UsageErrorsExitTwoWithTheReasonOnStderr)
         {{"dtc", "--port", "3", "--virtual-time"}, "--virtual-time is for the virtual vehicle"},
         {{"live", "--port", "sim", "--faults", "1.5"}, "--faults takes a share from 0 to 1"},
         {{"raw", "--port", "sim"}, "give at least one request"},
+        {{"raw", "--port", "sim", "686AF10100", "7DF0100"}, "the request '7DF0100' is not hex byte pairs"},
+        {{"raw", "--port", "sim", "0100"}, "the request '0100' needs three header bytes and a service"},
         {{"sim"}, "give --pty"},
         {{"sim", "--pty", "--faults", "2"}, "--faults takes a share from 0 to 1"},
         {{"decode"}, "give at least one message"},

@@ -161,6 +161,12 @@ TEST(LiveCommand, ToyotaModulePollsTheChosenParameterWithBothUnits)
     EXPECT_TRUE(lines[0].contains("°C") && lines[0].contains("°F")) << lines[0].toStdString();
     for (const QString& line : lines)
         EXPECT_TRUE(line.contains(" C1")) << line.toStdString();
+
+    // A unit with none of the maker's items (a CAN car) is said at once, not polled for ever.
+    const Result none = kvx.run({"live", "--port", "sim", "--virtual-time", "--interface", "elm327", "--vehicle",
+                                 "can-500", "--module", "toyota"});
+    EXPECT_EQ(none.code, 1);
+    EXPECT_TRUE(none.err.contains("the unit offers no item to poll")) << none.err.toStdString();
 }
 
 } // namespace

@@ -36,7 +36,7 @@ TEST(VehicleOption, ACarThatCannotBeHadIsAUsageErrorSayingWhy)
         {{"dtc", "--port", "sim", "--vehicle", "lorry"}, "--vehicle: no car named 'lorry' in the garage"},
         {{"dtc", "--port", "sim", "--vehicle", broken},
          broken + ": units[0].pids.0C.constant: expected hex bytes such as \"1A F8\", not \"1AG8\""},
-        {{"raw", "--port", "sim", "--vehicle", broken, "0100"}, "units[0].pids.0C.constant"},
+        {{"raw", "--port", "sim", "--vehicle", broken, "686AF10100"}, "units[0].pids.0C.constant"},
         {{"dtc", "--port", "3", "--vehicle", "hybrid"}, "--vehicle is for the virtual vehicle"},
         {{"sim", "--pty", "--vehicle", broken}, "units[0].pids.0C.constant"},
         {{"sim", "--list", "--vehicle", "hybrid"}, "--list goes alone"},
@@ -102,15 +102,21 @@ TEST(VehicleOption, CanCarsAnswerThroughAnElm327AndAWrongInterfaceIsSaidPlainly)
     EXPECT_EQ(live.code, 0) << live.err.toStdString();
     EXPECT_EQ(live.out.count("Engine speed"), 2) << live.out.toStdString();
     EXPECT_EQ(live.out.count("Vehicle speed"), 2) << live.out.toStdString();
+    const Result raw = kvx.run({"raw", "--port", "sim", "--interface", "elm327", "--vehicle", "can-500", "--virtual-time",
+                                "686AF1010C"});
+    EXPECT_TRUE(raw.out.contains("awake on protocol 5 (CAN 11bit 500k)\nrequest 686AF1010C\n")) << raw.out.toStdString();
 
     const Result cable = kvx.run({"dtc", "--port", "sim", "--vehicle", "can-500", "--virtual-time"});
     EXPECT_EQ(cable.code, 1);
     EXPECT_TRUE(cable.err.contains("on CAN, which a K-line cable cannot reach")) << cable.err.toStdString();
 
     // On a pseudo-terminal: the adapter in front of a CAN car, then a plain K-line bus that only
-    // echoes what the ELM327 engine says to it.
+    // echoes what the ELM327 engine says to it. The K-line engine tried on the adapter first leaves
+    // its bytes on the adapter's input, which must not cost the next connection.
     {
         const ServedCar adapter(kvx, {"--elm327", "--vehicle", "can29-250"});
+        const Result kline = kvx.run({"raw", "--port", adapter.path(), "--interface", "kline", "--protocol", "3", "C033F10100"});
+        EXPECT_EQ(kline.code, 1);
         const Result codes = kvx.run({"dtc", "--port", adapter.path(), "--interface", "elm327"});
         EXPECT_EQ(codes.code, 0) << codes.err.toStdString();
         EXPECT_TRUE(codes.out.startsWith("P0087 - Fuel Rail/System Pressure - Too Low")) << codes.out.toStdString();

@@ -417,6 +417,38 @@ TEST(GraphWindow, UntickingEveryItemLeavesItUnplotted)
     EXPECT_TRUE(graph->model().plotted().empty());
 }
 
+// Opened from the toolbar half-way through a pass: the list keeps the grid's order and the first
+// four ticked numeric rows of the grid are plotted, not the four the polling reached next.
+TEST(GraphWindow, OpenedWhilePollingFollowsTheGridsOrder)
+{
+    test::Watchdog watchdog("graph opened while polling");
+    GraphProgram p;
+    ASSERT_TRUE(p.actions.ConnectModule(ModuleGeneric));
+    const GridModel& grid = p.screen.GridMode1;
+    app::frmGraph* graph = nullptr;
+    int pumps = 0;
+    p.shell.onProcessEvents = [&] {
+        if (++pumps == grid.rows() / 2)
+            graph = p.graph();
+        if (pumps == 2 * grid.rows())
+            p.click("cmdStop");
+    };
+    p.click("cmdRequestMode1");
+    p.shell.onProcessEvents = nullptr;
+    ASSERT_NE(graph, nullptr);
+    Ids rows, numeric;
+    for (int row = 1; row < grid.rows(); ++row) {
+        rows.push_back(grid.text(row, 1));
+        if (numeric.size() < GraphModel::kDefaultSeries && PlotValueOf(grid.text(row, 3)))
+            numeric.push_back(grid.text(row, 1));
+    }
+    Ids listed;
+    for (const GraphModel::Item& item : graph->model().items())
+        listed.push_back(item.id);
+    EXPECT_EQ(listed, rows);
+    EXPECT_EQ(graph->model().plotted(), numeric);
+}
+
 // The manufacturers' live data: the graph plots the Nissan engine's and the Toyota engine's rows
 // as it does the generic ones, a Nissan switch as a switch.
 TEST(GraphWindow, FollowsNissanAndToyotaLiveData)
@@ -649,6 +681,12 @@ TEST(GraphCommand, DrawsALogIntoAPictureWithoutADisplay)
     EXPECT_EQ(code, 1);
     EXPECT_TRUE(said.contains("drew the 5 frames before the damage")) << said.toStdString();
     EXPECT_FALSE(QImage(png).isNull());
+    // Cut off where the frames begin, as a copy that stopped short leaves it.
+    QFile::copy(log, folder + "/cut.log");
+    QFile(folder + "/cut.log").resize(149 * 128);
+    std::tie(code, said) = run({folder + "/cut.log", "-o", png});
+    EXPECT_EQ(code, 1);
+    EXPECT_TRUE(said.contains("nothing to draw: the log holds no frames")) << said.toStdString();
     std::tie(code, said) = run({log, "-o", folder + "/no/such/folder/x.png"});
     EXPECT_EQ(code, 1);
     EXPECT_TRUE(said.contains("cannot write " + folder + "/no/such/folder/x.png: ")) << said.toStdString();
