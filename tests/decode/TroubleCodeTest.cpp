@@ -7,24 +7,6 @@
 using namespace kvx::link::decode;
 using kvx::test::ecu;
 
-TEST(TroubleCode, LetterComesFromTheTwoHighBits)
-{
-    EXPECT_EQ(troubleCode(0x01, 0x33), "P0133");
-    EXPECT_EQ(troubleCode(0x41, 0x23), "C0123");
-    EXPECT_EQ(troubleCode(0x81, 0x23), "B0123");
-    EXPECT_EQ(troubleCode(0xC1, 0x23), "U0123");
-    EXPECT_EQ(troubleCode(0x3F, 0xFF), "P3FFF");
-    EXPECT_EQ(troubleCode(0xFF, 0xAB), "U3FAB");
-}
-
-TEST(TroubleCode, FillerPairsAreDroppedWhereverTheyStand)
-{
-    EXPECT_EQ(formatTroubleCodes(ecu("43013300000000"), 1), "P0133");
-    EXPECT_EQ(formatTroubleCodes(ecu("43000003010420"), 1), "P0301P0420");
-    EXPECT_EQ(formatTroubleCodes(ecu("43000000000000"), 1), "");
-    EXPECT_EQ(formatTroubleCodes(ecu("4303000400"), 1), "P0300P0400");  // only whole zero pairs are filler
-}
-
 TEST(TroubleCode, CountSaysHowManyMessagesOfTheReplyAreRead)
 {
     const std::string reply = ecu("43030103020303") + ":" + ecu("47C10000000000");

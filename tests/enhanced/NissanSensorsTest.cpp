@@ -10,14 +10,14 @@ namespace kvx::enhanced {
 namespace {
 
 constexpr std::size_t kBlock11 = 17; // the block byte 0x11 read as a decimal column
-constexpr std::size_t kBlock13 = 19;
 
 bool marked(const Session& s, std::size_t row, std::size_t block)
 {
     return s.SupportedPids[row][block];
 }
 
-TEST(NissanSupport, OnlyTheBitmapBytesPresentAreReadAndDamagedRepliesMarkNothing)
+// Bit order and start byte are the connection tests'; a damaged or refused reply must mark nothing.
+TEST(NissanSupport, DamagedRepliesMarkNothing)
 {
     test::CoreVehicle v;
     for (const char* reply : {"", "06", "06621", "037F2212", "06621100ZZ"})
@@ -25,19 +25,6 @@ TEST(NissanSupport, OnlyTheBitmapBytesPresentAreReadAndDamagedRepliesMarkNothing
     for (const auto& row : v.session.SupportedPids)
         for (bool bit : row)
             EXPECT_FALSE(bit);
-
-    // Length, 62, block 11, start 00, then only d1 = 80 and d2 = 41.
-    MarkSupportedNissanSensors(v.session, "056211008041");
-    std::vector<std::size_t> rows;
-    for (std::size_t row = 0; row < Session::kPidRows; ++row)
-        if (marked(v.session, row, kBlock11))
-            rows.push_back(row);
-    EXPECT_EQ(rows, (std::vector<std::size_t>{1, 10, 16}));
-
-    // A whole bitmap from start byte 20 of block 13: d4's last bit is item 0x40.
-    MarkSupportedNissanSensors(v.session, "0762132000000001");
-    EXPECT_TRUE(marked(v.session, 0x40, kBlock13));
-    EXPECT_FALSE(marked(v.session, 0x3F, kBlock13));
 }
 
 // The Nissan engine unit, answering the first support request with a single bitmap byte.
