@@ -37,12 +37,14 @@ private:
     Session& session_;
 };
 
-} // namespace
-
+// True for the identifiers service 02 does not carry as values (support ranges, the
+// oxygen-sensor layouts, the monitor status).
 bool SkippedInFreezeFrame(int pid)
 {
     return pid == 0x01 || pid == 0x13 || pid == 0x1D || pid == 0x20 || pid == 0x40 || pid == 0x41;
 }
+
+} // namespace
 
 void RequestFreezeFrame(Session& session)
 {

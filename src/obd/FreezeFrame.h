@@ -20,8 +20,4 @@ void RequestFreezeFrame(Session& session);
 // 40-character column, then the two values in red, 20 characters each.
 void ReadFreezeFrame(Session& session, const std::string& headerByte1, const std::string& headerByte2);
 
-// True for the identifiers service 02 does not carry as values (support ranges, the
-// oxygen-sensor layouts, the monitor status).
-bool SkippedInFreezeFrame(int pid);
-
 } // namespace kvx::obd

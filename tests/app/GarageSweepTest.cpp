@@ -198,6 +198,9 @@ TEST_P(GarageCar, EveryGenericServiceShowsWhatTheCarHolds)
     EXPECT_EQ(p->screen.txtMode2.text().find("No Response From ECU") == std::string::npos,
               anyUnit(car, [](const auto& u) { return u.freezeFrame.has_value(); }))
         << car.name << "\n" << p->screen.txtMode2.text();
+    // A unit may declare the monitor status in its frame's bitmap (kwp-slow does); a frame never
+    // carries it, so it is never asked.
+    EXPECT_EQ(p->screen.txtMode2.text().find("Monitor status"), std::string::npos) << car.name;
 
     p->showTab(2);
     std::vector<std::string> faults;
