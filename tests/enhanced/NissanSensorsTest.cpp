@@ -60,26 +60,29 @@ TEST(NissanSupport, AShortReplyMarksOnlyItsOwnBitmapByte)
     EXPECT_NE(car.screen.GridMode1.text(2, data::PidColumn).substr(0, 3), "110");
 }
 
-TEST(NissanSensors, RangeMarkersAreSkippedAndEveryOtherItemOfBlocks11To12Listed)
+TEST(NissanSensors, RangeMarkersAreSkippedAndEveryOtherItemOfBlocks11To14Listed)
 {
     test::CoreVehicle v;
     v.session.ModuleIndex = ModuleNissanEcu;
     for (std::size_t row : {1u, 32u, 64u, 96u})
         v.session.SupportedPids[row][kBlock11] = true;
     v.session.SupportedPids[3][18] = true;
+    // The last block: items the decoder has no name for are still listed, to be read raw.
+    v.session.SupportedPids[2][20] = true;
     // An item outside the listed rows and blocks is ignored.
     v.session.SupportedPids[97][kBlock11] = true;
     v.session.SupportedPids[5][21] = true;
 
     AddNissanSensors(v.session);
     const GridModel& grid = v.screen.GridMode1;
-    ASSERT_EQ(grid.rows(), 4);
+    ASSERT_EQ(grid.rows(), 5);
     EXPECT_EQ(grid.text(1, data::PidColumn), "1101");
     EXPECT_EQ(grid.text(2, data::PidColumn), "1160");
     EXPECT_EQ(grid.text(3, data::PidColumn), "1203");
+    EXPECT_EQ(grid.text(4, data::PidColumn), "1402");
     EXPECT_EQ(grid.text(3, data::MarkerColumn), data::kTickedMarker);
     EXPECT_EQ(grid.cell(3, data::MarkerColumn).fontName, data::kMarkerFont);
-    EXPECT_EQ(v.screen.StatusBar1.text(1), "ADDING SENSORS 3");
+    EXPECT_EQ(v.screen.StatusBar1.text(1), "ADDING SENSORS 4");
 }
 
 } // namespace
