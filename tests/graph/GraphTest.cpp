@@ -279,17 +279,6 @@ struct GraphProgram : test::ProgramWindow {
         return window->findChild<app::frmGraph*>();
     }
 
-    // The graph opened from the toolbar on generic live data, then passes of it; null when the
-    // connection failed.
-    app::frmGraph* graphOfLiveData(int passes)
-    {
-        if (!actions.ConnectModule(ModuleGeneric))
-            return nullptr;
-        app::frmGraph* shown = graph();
-        runFor("cmdRequestMode1", "cmdStop", passes * screen.GridMode1.rows());
-        return shown;
-    }
-
     // Passes of live data recorded as the user records them, finished by the disconnect; the
     // log's path.
     QString recordLiveData(int passes)
@@ -316,7 +305,7 @@ struct GraphProgram : test::ProgramWindow {
 
 // Live data on the virtual vehicle, with the window opened from the toolbar: the ticked rows'
 // values are plotted over the session's clock, in either unit system, and saved as picture and CSV.
-TEST(GraphWindow, PlotsLiveDataAndSavesPictureAndData)
+TEST(GraphWindow, PlotsLiveDataSavesPictureAndDataAndPairsTheTwoTextsOfOneReading)
 {
     test::Watchdog watchdog("graph live");
     GraphProgram p;
@@ -346,23 +335,14 @@ TEST(GraphWindow, PlotsLiveDataAndSavesPictureAndData)
     EXPECT_TRUE(data.startsWith("Time (s),")) << data.left(80).toStdString();
     EXPECT_GE(data.count('\n'), 4);
     EXPECT_EQ(p.shell.boxes.size(), boxes) << "saving raised no box";
-}
 
-// Live data then a disconnect, which blanks the grid: every sample pairs the grid's metric text
-// with the US text of the same reading, so each item has its US unit and the metric line never
-// takes a US value (coolant in °F, speed in mph) at the blanking.
-TEST(GraphWindow, EachSamplePairsTheTwoTextsOfOneReading)
-{
-    test::Watchdog watchdog("graph pairs");
-    GraphProgram p;
-    app::frmGraph* graph = p.graphOfLiveData(4);
-    ASSERT_NE(graph, nullptr);
+    // A disconnect blanks the grid: every sample pairs the grid's metric text with the US text of
+    // the same reading, so each item has its US unit and the metric line never takes a US value
+    // (coolant in °F, speed in mph) at the blanking.
     std::map<std::string, std::pair<std::string, std::string>> shown;
     for (int row = 1; row < p.screen.GridMode1.rows(); ++row)
         shown[p.screen.GridMode1.text(row, 1)] = {p.screen.GridMode1.text(row, 3), p.screen.GridMode1.text(row, 4)};
     p.toolbar("Disconnect");
-    const GraphModel& model = graph->model();
-    ASSERT_FALSE(model.plotted().empty());
     for (const std::string& id : model.plotted()) {
         const GraphSeries& series = *model.series(id);
         EXPECT_EQ(series.unit(false), SplitValue(shown[id].first).unit) << id;
@@ -375,26 +355,9 @@ TEST(GraphWindow, EachSamplePairsTheTwoTextsOfOneReading)
     }
 }
 
-// Unticking every item in the window's list leaves the chart empty while values keep coming.
-TEST(GraphWindow, UntickingEveryItemLeavesItUnplotted)
-{
-    test::Watchdog watchdog("graph untick");
-    GraphProgram p;
-    app::frmGraph* graph = p.graphOfLiveData(2);
-    ASSERT_NE(graph, nullptr);
-    auto* list = graph->findChild<QListWidget*>("lstItems");
-    ASSERT_FALSE(graph->model().plotted().empty());
-    for (int i = 0; i < list->count(); ++i)
-        if (list->item(i)->checkState() == Qt::Checked)
-            list->item(i)->setCheckState(Qt::Unchecked);
-    EXPECT_TRUE(graph->model().plotted().empty());
-    p.runFor("cmdRequestMode1", "cmdStop", 2 * p.screen.GridMode1.rows());
-    EXPECT_TRUE(graph->model().plotted().empty());
-}
-
 // Opened from the toolbar half-way through a pass: the list keeps the grid's order and the first
 // four ticked numeric rows of the grid are plotted, not the four the polling reached next.
-TEST(GraphWindow, OpenedWhilePollingFollowsTheGridsOrder)
+TEST(GraphWindow, OpenedWhilePollingFollowsTheGridsOrderAndAnEmptyPickStaysEmpty)
 {
     test::Watchdog watchdog("graph opened while polling");
     GraphProgram p;
@@ -422,6 +385,15 @@ TEST(GraphWindow, OpenedWhilePollingFollowsTheGridsOrder)
         listed.push_back(item.id);
     EXPECT_EQ(listed, rows);
     EXPECT_EQ(graph->model().plotted(), numeric);
+
+    // Unticking every item in the list leaves the chart empty while values keep coming.
+    auto* list = graph->findChild<QListWidget*>("lstItems");
+    for (int i = 0; i < list->count(); ++i)
+        if (list->item(i)->checkState() == Qt::Checked)
+            list->item(i)->setCheckState(Qt::Unchecked);
+    EXPECT_TRUE(graph->model().plotted().empty());
+    p.runFor("cmdRequestMode1", "cmdStop", 2 * grid.rows());
+    EXPECT_TRUE(graph->model().plotted().empty());
 }
 
 // A recording replayed at no delay: the graph shows the whole log at once, at the receive times
