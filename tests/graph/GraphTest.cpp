@@ -1,9 +1,11 @@
 #include "app/frmGraph.h"
 #include "log/LogFile.h"
 #include "log/LogExport.h"
+#include "log/LogFormat.h"
 #include "log/LogGraph.h"
 #include "session/GraphModel.h"
 #include "session/ValueText.h"
+#include "support/LogFiles.h"
 #include "support/ProgramWindow.h"
 #include "support/Watchdog.h"
 #include "ui/GraphChart.h"
@@ -149,17 +151,14 @@ TEST(LogGraph, FramesWithoutTimesInALogWithTimesStayOnItsSecondsAxis)
 {
     QTemporaryDir dir;
     const std::string path = dir.filePath("mixed.log").toStdString();
-    {
-        log::LogFile file(path, log::LogFile::Mode::Create);
-        file.writeRecord(98, "9");
-        file.writeRecord(100, "KORVENATRONIX OBDII LOG");
-        file.writeRecord(102, "01/17/2009");
-        // A generic frame padded past the room of the time tail: it carries no time.
-        file.writeFrameRecord(150, "486B10410D14" + std::string(log::kMaxTimedText - 11, '0'), 9999);
-        for (long k = 1; k < 50; ++k)
-            file.writeFrameRecord(150 + k, "486B10410D1400", 5000 + k * 100);
-        file.writeRecord(99, "50");
+    // A generic frame padded past the room of the time tail: it carries no time.
+    std::vector<std::string> frames{"486B10410D14" + std::string(log::kMaxTimedText - 11, '0')};
+    std::vector<long> times{9999};
+    for (long k = 1; k < 50; ++k) {
+        frames.push_back("486B10410D1400");
+        times.push_back(5000 + k * 100);
     }
+    test::writeLog(path, log::kGenericHeader, "9", frames, "-", times);
     GraphModel graph;
     const log::LogGraphResult read = log::LoadLogIntoGraph(path, log::StandardLiveDecoding(), graph);
     EXPECT_TRUE(read.timed);
@@ -474,21 +473,16 @@ TEST(GraphWindow, OldLogsAndBadTimeTailsReplayWithoutTimes)
     test::Watchdog watchdog("graph old logs");
     GraphProgram p;
     const QString old = QDir(p.logFolder()).filePath("old.log"), bad = QDir(p.logFolder()).filePath("bad.log");
-    for (const QString& path : {old, bad}) {
-        log::LogFile file(path.toStdString(), log::LogFile::Mode::Create);
-        file.writeRecord(98, "9");
-        file.writeRecord(100, "KORVENATRONIX OBDII LOG");
-        file.writeRecord(102, "01/17/2009");
-        for (long k = 0; k < 20; ++k) {
-            char text[40];
-            std::snprintf(text, sizeof text, "486B10410C%02X%02X00", 0x10 + static_cast<int>(k), 0x40);
-            if (path == old)
-                file.writeRecord(150 + k, text);
-            else
-                file.writeFrameRecord(150 + k, text, 1000 + 500 * k);
-        }
-        file.writeRecord(99, "20");
+    std::vector<std::string> frames;
+    std::vector<long> times;
+    for (long k = 0; k < 20; ++k) {
+        char text[40];
+        std::snprintf(text, sizeof text, "486B10410C%02X%02X00", 0x10 + static_cast<int>(k), 0x40);
+        frames.push_back(text);
+        times.push_back(1000 + 500 * k);
     }
+    test::writeLog(old.toStdString(), log::kGenericHeader, "9", frames);
+    test::writeLog(bad.toStdString(), log::kGenericHeader, "9", frames, "-", times);
     {
         QFile damaged(bad);
         ASSERT_TRUE(damaged.open(QIODevice::ReadWrite));
