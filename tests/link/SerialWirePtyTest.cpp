@@ -87,16 +87,25 @@ void expectLostPort(const std::function<void()>& call, const char* what)
     }
 }
 
+// A wire opened on the slave of a fresh pseudo-terminal; skipped where there are none.
+class SerialWireOnPty : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        if (!pty.ok())
+            GTEST_SKIP() << "no pseudo-terminals here";
+        wire = makeSerialWire(pty.slave(), clock);
+        wire->open();
+    }
+    Pty pty;
+    CountingClock clock;
+    std::unique_ptr<Wire> wire;
+};
+
 } // namespace
 
-TEST(SerialWireOnPty, CarriesBytesBothWaysAndHonoursReadDeadlines)
+TEST_F(SerialWireOnPty, CarriesBytesBothWaysAndHonoursReadDeadlines)
 {
-    Pty pty;
-    if (!pty.ok())
-        GTEST_SKIP() << "no pseudo-terminals here";
-    SteadyClock clock;
-    auto wire = makeSerialWire(pty.slave(), clock);
-    wire->open();
     ASSERT_TRUE(wire->isOpen());
 
     const std::array<std::uint8_t, 3> out{0x68, 0x0A, 0xF1};
@@ -126,14 +135,8 @@ TEST(SerialWireOnPty, CarriesBytesBothWaysAndHonoursReadDeadlines)
     EXPECT_THROW(wire->write(out), LinkError);
 }
 
-TEST(SerialWireOnPty, SetsTheExactKLineRateOrRefusesIt)
+TEST_F(SerialWireOnPty, SetsTheExactKLineRateOrRefusesIt)
 {
-    Pty pty;
-    if (!pty.ok())
-        GTEST_SKIP() << "no pseudo-terminals here";
-    SteadyClock clock;
-    auto wire = makeSerialWire(pty.slave(), clock);
-    wire->open();
     try {
         wire->setBaud(10400);
     } catch (const LinkError& e) {
@@ -144,7 +147,7 @@ TEST(SerialWireOnPty, SetsTheExactKLineRateOrRefusesIt)
     wire->setBaud(9600);
 }
 
-TEST(SerialWireOnPty, AMissingDeviceIsAPlainError)
+TEST(SerialWire, AMissingDeviceIsAPlainError)
 {
     SteadyClock clock;
     auto wire = makeSerialWire("/dev/ttyUSB-none", clock);
@@ -157,14 +160,8 @@ TEST(SerialWireOnPty, AMissingDeviceIsAPlainError)
     }
 }
 
-TEST(SerialWireOnPty, AHangUpIsALostPortAtOnce)
+TEST_F(SerialWireOnPty, AHangUpIsALostPortAtOnce)
 {
-    Pty pty;
-    if (!pty.ok())
-        GTEST_SKIP() << "no pseudo-terminals here";
-    CountingClock clock;
-    auto wire = makeSerialWire(pty.slave(), clock);
-    wire->open();
     const std::array<std::uint8_t, 2> request{0x68, 0x6A};
     wire->write(request);
     EXPECT_EQ(pty.readMaster(2).size(), 2u);
@@ -179,14 +176,8 @@ TEST(SerialWireOnPty, AHangUpIsALostPortAtOnce)
     expectLostPort([&] { wire->write(request); }, "a write");
 }
 
-TEST(SerialWireOnPty, AWriteThePortNeverTakesEndsAtItsDeadline)
+TEST_F(SerialWireOnPty, AWriteThePortNeverTakesEndsAtItsDeadline)
 {
-    Pty pty;
-    if (!pty.ok())
-        GTEST_SKIP() << "no pseudo-terminals here";
-    SteadyClock clock;
-    auto wire = makeSerialWire(pty.slave(), clock);
-    wire->open();
     // Nobody reads the other end: its buffer fills and the port takes no more.
     const std::vector<std::uint8_t> flood(1 << 20, 0x55);
     const Micros start = clock.now();
@@ -194,14 +185,8 @@ TEST(SerialWireOnPty, AWriteThePortNeverTakesEndsAtItsDeadline)
     EXPECT_LT(clock.now() - start, ms(5000));
 }
 
-TEST(SerialWireOnPty, ThePortIsOpenedForThisProgramAlone)
+TEST_F(SerialWireOnPty, ThePortIsOpenedForThisProgramAlone)
 {
-    Pty pty;
-    if (!pty.ok())
-        GTEST_SKIP() << "no pseudo-terminals here";
-    SteadyClock clock;
-    auto wire = makeSerialWire(pty.slave(), clock);
-    wire->open();
     // Another program's open fails with EBUSY; an administrator's succeeds, so ask the flag itself.
     const int other = ::open(pty.slave().c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK);
     if (other < 0) {

@@ -35,7 +35,7 @@ TEST(DamagedLog, FilesThatCannotBeOpenedAsLogsAreRefusedInPlainWords)
         {"empty file", QByteArray(), "too short to be a log"},
         {"text file", QByteArray("name,value\nrpm,800\n"), "too short to be a log"},
         {"header length over 126", QByteArray(99 * kRecordSize, '\0') + QByteArray("\xFF\x00", 2) + QByteArray(126, 'x'),
-         "claims 255 characters"},
+         "claims 255 characters; a record holds at most 126. The file is damaged or not a log."},
         {"header cut short", QByteArray(99 * kRecordSize, '\0') + QByteArray("\x17\x00KORVENA", 9), "truncated"},
     };
     for (const auto& c : cases) {

@@ -47,22 +47,6 @@ TEST(Player, EveryRecorderHeaderIsRecognisedButTheTransmissionUnits)
     }
 }
 
-TEST(Player, PlayingFromTheStartShowsTheEmptyRecord149FirstAndEndsAtTheFileEnd)
-{
-    Player p;
-    writeLog(p.path(), kGenericHeader, "4", kFrames);
-    ASSERT_TRUE(p.controller.open(p.path()));
-    EXPECT_EQ(p.controller.maximum(), 3);
-    EXPECT_EQ(p.rig.session.LogGridRows, "4");
-    p.controller.play();
-    EXPECT_EQ(p.shown, (std::vector<std::string>{"", kFrames[0], kFrames[1], kFrames[2]}));
-    EXPECT_EQ(p.rig.screen.StatusBar1.text(1), "LOG...END");
-    EXPECT_FALSE(p.rig.session.Replaying);
-    EXPECT_EQ(p.rig.session.LogLastRecord, 153);
-    EXPECT_EQ(p.controller.position(), 3);
-    EXPECT_EQ(p.stopwatch.sleeps, 0);
-}
-
 TEST(Player, ALogWithoutFramesReadsRecord149AndEnds)
 {
     Player p;

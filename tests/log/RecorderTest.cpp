@@ -40,24 +40,6 @@ TEST(Recorder, StartAndStopAtOnceWritesOnlyTheFixedRecordsByteForByte)
     EXPECT_EQ(readAll(path), expected);
 }
 
-TEST(Recorder, FramesFollowRecord149InOrderAndTheStopCountsThem)
-{
-    LogRig rig;
-    ASSERT_TRUE(StartLogging(rig.session, rig.folder(), kStarted));
-    // Three replies of two accepted messages each.
-    for (int reply = 0; reply < 3; ++reply)
-        for (const char* pid : {"0C", "0D"})
-            WriteLogFrame(rig.session, test::liveFrame(pid, std::to_string(reply) + "0"));
-    StopLogging(rig.session);
-
-    LogFile file(rig.session.LogPath, LogFile::Mode::Read);
-    EXPECT_EQ(file.readRecord(99), "6");
-    EXPECT_EQ(file.readRecord(149), "");
-    EXPECT_EQ(file.readRecord(150), test::liveFrame("0C", "00"));
-    EXPECT_EQ(file.readRecord(155), test::liveFrame("0D", "20"));
-    EXPECT_EQ(file.readRecord(156), std::nullopt);
-}
-
 TEST(Recorder, FramesAreWrittenOnlyWhileLoggingAndLongOnesAreTheLoopsFailure)
 {
     LogRig rig;
