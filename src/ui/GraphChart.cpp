@@ -47,12 +47,6 @@ void GraphChart::setTimeTitle(const QString& title)
     update();
 }
 
-void GraphChart::setSpan(double seconds)
-{
-    span_ = std::max(seconds, kMinSpan);
-    redraw();
-}
-
 void GraphChart::showAll()
 {
     wantsAll_ = true;
@@ -99,7 +93,6 @@ void GraphChart::panBy(double seconds)
     wantsAll_ = false;
     end_ += seconds;
     redraw();
-    emit viewMoved();
 }
 
 void GraphChart::zoomBy(double factor)
@@ -110,7 +103,6 @@ void GraphChart::zoomBy(double factor)
         end_ = middle + span_ / 2;
     wantsAll_ = false;
     redraw();
-    emit viewMoved();
 }
 
 void GraphChart::rebuild()

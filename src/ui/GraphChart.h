@@ -27,8 +27,6 @@ public:
 
     // The time axis title ("Time (s)", or "Frame" for a log without times).
     void setTimeTitle(const QString& title);
-    double span() const { return span_; }
-    void setSpan(double seconds);
     // Shows the whole of what the model holds.
     void showAll();
     bool following() const { return following_; }
@@ -51,9 +49,6 @@ public:
     // Redraws the lines from the model for the range shown; the window calls it on a timer so a
     // fast source does not redraw for each sample.
     void redraw();
-
-signals:
-    void viewMoved();
 
 protected:
     void paintEvent(QPaintEvent* event) override;
